@@ -1,0 +1,61 @@
+// The processor pool on oneTBB. One arena for the process while an executor lives; work from a
+// slice that itself runs slices joins the same arena, where TBB lets the waiting thread help, so
+// nesting cannot deadlock.
+#include <atomic>
+
+#include <oneapi/tbb/blocked_range.h>
+#include <oneapi/tbb/info.h>
+#include <oneapi/tbb/parallel_for.h>
+#include <oneapi/tbb/task_arena.h>
+
+#include "platform/zelcore.h"
+
+namespace zelcore {
+namespace threads {
+
+struct AsyncExecutor::Impl {
+  tbb::task_arena fArena;
+  Impl() : fArena(tbb::info::default_concurrency()) {}
+};
+
+namespace {
+std::mutex gLiveMutex;
+AsyncExecutor* gLive = nullptr;  // the executor whose arena runs the work, if any
+}  // namespace
+
+AsyncExecutor::AsyncExecutor() : fImpl(new Impl) {
+  std::lock_guard<std::mutex> lock(gLiveMutex);
+  gLive = this;
+}
+
+AsyncExecutor::~AsyncExecutor() {
+  std::lock_guard<std::mutex> lock(gLiveMutex);
+  if (gLive == this) gLive = nullptr;
+}
+
+int AsyncExecutor::Concurrency() const { return fImpl->fArena.max_concurrency(); }
+
+boost::shared_ptr<AsyncExecutor> CreateCPUBoundExecutor() { return boost::shared_ptr<AsyncExecutor>(new AsyncExecutor); }
+
+void ExecuteCPUBoundTaskOnAllProcessors(const boost::function<void(int)>& task, int count) {
+  if (count <= 0) return;
+  if (count == 1) {
+    task(0);
+    return;
+  }
+  auto body = [&] {
+    tbb::parallel_for(0, count, 1, [&](int i) { task(i); }, tbb::simple_partitioner());
+  };
+  tbb::task_arena* arena = nullptr;
+  {
+    std::lock_guard<std::mutex> lock(gLiveMutex);
+    if (gLive) arena = &gLive->fImpl->fArena;
+  }
+  if (arena)
+    arena->execute(body);
+  else
+    body();
+}
+
+}  // namespace threads
+}  // namespace zelcore

@@ -1,0 +1,206 @@
+/* Ombrix: pixel operations for a video engine.
+ *
+ * One header for the whole exported surface. Every export has C linkage; the few that take a
+ * zelmediatypes type or an OX:: class are C++ only. Conventions for every signature:
+ * OX_Result is int32_t (0 success, every failure negative); OX_PixelFormat is uint32_t;
+ * source pixels are const void*, destination pixels void*; widths, heights, row bytes,
+ * quality and field codes are int32_t; row bytes may be negative (the buffer is walked
+ * backward). Unless a declaration says otherwise, an export may be called from any thread
+ * between OX_Initialize and OX_Terminate.
+ */
+#ifndef OMBRIX_H
+#define OMBRIX_H
+
+#include <stdint.h>
+#ifndef __cplusplus
+#include <stdbool.h>
+#endif
+
+#if defined(OMBRIX_BUILDING)
+#define OX_API __attribute__((visibility("default")))
+#else
+#define OX_API
+#endif
+
+#ifdef __cplusplus
+#define OX_EXTERN_C extern "C"
+#else
+#define OX_EXTERN_C
+#endif
+#define OX_EXPORT OX_EXTERN_C OX_API
+
+typedef int32_t OX_Result;
+typedef uint32_t OX_PixelFormat;
+typedef uint32_t OX_BlendMode;
+
+/* ---- Result codes ---------------------------------------------------------------------- */
+enum {
+  OX_Success = 0,
+  OX_ErrBadRect = -2,
+  OX_ErrBadSourceFormat = -3,
+  OX_ErrBadDestFormat = -4,
+  OX_ErrBadWidth = -5,
+  OX_ErrBadHeight = -6,
+  OX_ErrBadDVWidth = -7,
+  OX_ErrBadDVHeight = -8,
+  OX_ErrBadDVInputSize = -9,
+  OX_ErrNullSource = -11,
+  OX_ErrNullDest = -12,
+  OX_ErrSizeMismatch = -13,
+  OX_ErrDVFrameMismatch = -14,
+  OX_ErrDVCompressorFailed = -15,
+  OX_ErrNoMemory = -16,
+  OX_ErrBadMotionValue = -17,
+  OX_ErrBadField = -18,
+  OX_ErrNoRoute = -999,
+  OX_ErrUnsupported = -1000
+};
+
+/* ---- Pixel format codes ------------------------------------------------------------------
+ * Bits: 0 YUV; 1 linear light; 2-3 alpha (0 none, 4 straight, 8 premultiplied, 12 ignored);
+ * 4-5 subsampling (0 4:4:4, 16 4:2:2, 32 DV, 48 planar 4:2:0); 6-8 depth (0 8u, 64 10u,
+ * 128 15u, 256 32f); 9 BT.709; 11 studio range; 12 alpha-first / luma-first order;
+ * 24-31 container (1-8 DV, 9-12 planar 4:2:0). Names give memory order, lowest address first.
+ */
+enum {
+  OX_PixelFormat_Invalid = 0x0,
+  OX_PixelFormat_VUYA_4444_8u = 0x805, OX_PixelFormat_VUYP_4444_8u = 0x809, OX_PixelFormat_VUYX_4444_8u = 0x80D,
+  OX_PixelFormat_VUYA_4444_8u_709 = 0xA05, OX_PixelFormat_VUYP_4444_8u_709 = 0xA09, OX_PixelFormat_VUYX_4444_8u_709 = 0xA0D,
+  OX_PixelFormat_VUYA_4444_32f = 0x905, OX_PixelFormat_VUYP_4444_32f = 0x909, OX_PixelFormat_VUYX_4444_32f = 0x90D,
+  OX_PixelFormat_VUYA_4444_32f_709 = 0xB05, OX_PixelFormat_VUYP_4444_32f_709 = 0xB09, OX_PixelFormat_VUYX_4444_32f_709 = 0xB0D,
+  OX_PixelFormat_BGRA_4444_8u = 0x4, OX_PixelFormat_BGRP_4444_8u = 0x8, OX_PixelFormat_BGRX_4444_8u = 0xC,
+  OX_PixelFormat_BGRA_4444_15u = 0x84, OX_PixelFormat_BGRP_4444_15u = 0x88, OX_PixelFormat_BGRX_4444_15u = 0x8C,
+  OX_PixelFormat_BGRA_4444_32f = 0x104, OX_PixelFormat_BGRP_4444_32f = 0x108, OX_PixelFormat_BGRX_4444_32f = 0x10C,
+  OX_PixelFormat_BGRA_4444_32f_Linear = 0x106, OX_PixelFormat_BGRP_4444_32f_Linear = 0x10A, OX_PixelFormat_BGRX_4444_32f_Linear = 0x10E,
+  OX_PixelFormat_ARGB_4444_8u = 0x1004, OX_PixelFormat_PRGB_4444_8u = 0x1008, OX_PixelFormat_XRGB_4444_8u = 0x100C,
+  OX_PixelFormat_ARGB_4444_15u = 0x1084, OX_PixelFormat_PRGB_4444_15u = 0x1088, OX_PixelFormat_XRGB_4444_15u = 0x108C,
+  OX_PixelFormat_ARGB_4444_32f = 0x1104, OX_PixelFormat_PRGB_4444_32f = 0x1108, OX_PixelFormat_XRGB_4444_32f = 0x110C,
+  OX_PixelFormat_ARGB_4444_32f_Linear = 0x1106, OX_PixelFormat_PRGB_4444_32f_Linear = 0x110A, OX_PixelFormat_XRGB_4444_32f_Linear = 0x110E,
+  OX_PixelFormat_UYVY_422_8u = 0x811, OX_PixelFormat_UYVY_422_8u_709 = 0xA11,
+  OX_PixelFormat_YUYV_422_8u = 0x1811, OX_PixelFormat_YUYV_422_8u_709 = 0x1A11,
+  OX_PixelFormat_UYVY_422_32f = 0x911, OX_PixelFormat_UYVY_422_32f_709 = 0xB11,
+  OX_PixelFormat_YUYV_422_32f = 0x1911, OX_PixelFormat_YUYV_422_32f_709 = 0x1B11,
+  OX_PixelFormat_V210_422_10u = 0x851, OX_PixelFormat_V210_422_10u_709 = 0xA51,
+  OX_PixelFormat_RGB_444_10u = 0x40,
+  /* DV containers: frame sizes 120000, 144000, 240000, 288000, 480000, 576000, 240000, 288000. */
+  OX_PixelFormat_NTSCDV25 = 0x1000821, OX_PixelFormat_PALDV25 = 0x2000821,
+  OX_PixelFormat_NTSC_DV100_720p = 0x3000A21, OX_PixelFormat_PAL_DV100_720p = 0x4000A21,
+  OX_PixelFormat_NTSC_DV100_1080i = 0x5000A21, OX_PixelFormat_PAL_DV100_1080i = 0x6000A21,
+  OX_PixelFormat_NTSCDV50 = 0x7000821, OX_PixelFormat_PALDV50 = 0x8000821,
+  /* Planar 4:2:0 containers. */
+  OX_PixelFormat_YUV_420_MPEG2_FIELD = 0x9000831, OX_PixelFormat_YUV_420_MPEG2_FRAME = 0xA000831,
+  OX_PixelFormat_YUV_420_MPEG2_FIELD_FullRange = 0x9000031, OX_PixelFormat_YUV_420_MPEG2_FRAME_FullRange = 0xA000031,
+  OX_PixelFormat_YUV_420_MPEG2_FIELD_709 = 0x9000A31, OX_PixelFormat_YUV_420_MPEG2_FRAME_709 = 0xA000A31,
+  OX_PixelFormat_YUV_420_MPEG2_FIELD_FullRange_709 = 0x9000231, OX_PixelFormat_YUV_420_MPEG2_FRAME_FullRange_709 = 0xA000231,
+  OX_PixelFormat_YUV_420_MPEG4_FIELD = 0xB000831, OX_PixelFormat_YUV_420_MPEG4_FRAME = 0xC000831,
+  OX_PixelFormat_YUV_420_MPEG4_FIELD_FullRange = 0xB000031, OX_PixelFormat_YUV_420_MPEG4_FRAME_FullRange = 0xC000031,
+  OX_PixelFormat_YUV_420_MPEG4_FIELD_709 = 0xB000A31, OX_PixelFormat_YUV_420_MPEG4_FRAME_709 = 0xC000A31,
+  OX_PixelFormat_YUV_420_MPEG4_FIELD_FullRange_709 = 0xB000231, OX_PixelFormat_YUV_420_MPEG4_FRAME_FullRange_709 = 0xC000231
+};
+
+/* ---- Blend modes ------------------------------------------------------------------------ */
+enum {
+  OX_BlendMode_Color = 0, OX_BlendMode_ColorBurn = 1, OX_BlendMode_ColorDodge = 2, OX_BlendMode_Darken = 3,
+  OX_BlendMode_DarkerColor = 4, OX_BlendMode_Difference = 5, OX_BlendMode_Dissolve = 6, OX_BlendMode_Exclusion = 7,
+  OX_BlendMode_HardLight = 8, OX_BlendMode_HardMix = 9, OX_BlendMode_Hue = 10, OX_BlendMode_Lighten = 11,
+  OX_BlendMode_LighterColor = 12, OX_BlendMode_LinearBurn = 13, OX_BlendMode_LinearDodge = 14,
+  OX_BlendMode_LinearLight = 15, OX_BlendMode_Luminosity = 16, OX_BlendMode_Multiply = 17, OX_BlendMode_Normal = 18,
+  OX_BlendMode_Overlay = 19, OX_BlendMode_PinLight = 20, OX_BlendMode_Saturation = 21, OX_BlendMode_Screen = 22,
+  OX_BlendMode_SoftLight = 23, OX_BlendMode_VividLight = 24, OX_BlendMode_Subtract = 25, OX_BlendMode_Divide = 26
+};
+
+/* ======================================================================================
+ * Start and dispatch. OX_Initialize, OX_Terminate and OX_SetDebugFlag are not thread-safe:
+ * call them from one thread, before and after all other work.
+ * ====================================================================================== */
+
+/* Counted start: the first call probes the processor and cache and builds the shared tables. */
+OX_EXPORT OX_Result OX_Initialize(void);
+/* Counted end: the call that matches the first OX_Initialize releases what it built. */
+OX_EXPORT OX_Result OX_Terminate(void);
+/* Sets debug flag `index` (0, 2-10; others ignored). 8 and 9 are the only way to enable AVX and
+ * AVX2 and must be set before the first OX_Initialize. 10 makes every format report top-left. */
+OX_EXPORT OX_Result OX_SetDebugFlag(uint32_t index, int32_t value);
+/* Processor flags as the library uses them now. */
+OX_EXPORT bool OX_hasSSE4(void);
+OX_EXPORT bool OX_hasAVX(void);
+OX_EXPORT bool OX_hasAVX2(void);
+
+/* ======================================================================================
+ * Formats
+ * ====================================================================================== */
+
+#ifdef __cplusplus
+namespace zelmediatypes { struct PixelFormat; }
+/* Maps a caller-side format constant (compared by value) to its code; 0 for anything else. */
+OX_EXPORT OX_PixelFormat OX_ZELPixelFormatToOXPixelFormat(const zelmediatypes::PixelFormat* format);
+#endif
+/* Byte size of a buffer: fixed for DV, the planar size for 4:2:0, padded row bytes x height for
+ * raw formats, 0 for an unknown container. */
+OX_EXPORT int32_t OX_PixelFormatSize(OX_PixelFormat format, int32_t width, int32_t height);
+/* True when row 0 of the buffer is the top row of the picture (all but four-channel 4:4:4). */
+OX_EXPORT bool OX_IsOriginTopLeft(OX_PixelFormat format);
+OX_EXPORT bool OX_IsOriginBottomLeft(OX_PixelFormat format);
+/* Address of pixel (left, top) of a four-channel 4:4:4 buffer; -3 for other formats.
+ * No range check is made: the caller guarantees (left, top) lies inside the buffer. */
+OX_EXPORT OX_Result OX_ClipBufferToRect(const void* base, int32_t rowBytes, int32_t width, int32_t height,
+                                        OX_PixelFormat format, int32_t left, int32_t top, void** outPointer);
+/* Lays out the three planes of a planar 4:2:0 buffer at `base`; always 0. `unused` is ignored. */
+OX_EXPORT OX_Result OX_GetPlanarBuffers(void* base, int32_t unused, int32_t width, int32_t height,
+                                        void* outPlanes[3], int32_t outRowBytes[3]);
+
+/* ======================================================================================
+ * Memory
+ * ====================================================================================== */
+
+/* Returns a 16-byte aligned block of `size` bytes at a random multiple of 128 into the
+ * allocation, or null (also for size 0, with both outputs 0). Free it with the base and size. */
+OX_EXPORT void* OX_AllocateTransientMemoryBlock(uint32_t size, void** outBase, uint32_t* outAllocatedSize);
+OX_EXPORT void OX_FreeTransientMemoryBlock(void* base, uint32_t allocatedSize);
+/* Allocates a buffer for `format` at padded row bytes (DV and planar: their frame size,
+ * row bytes 0). -16 when memory is exhausted; a zero size gives null pointers and 0. */
+OX_EXPORT OX_Result OX_AllocatePixelBuffer(OX_PixelFormat format, int32_t width, int32_t height, void** outBase,
+                                           void** outPixels, int32_t* outRowBytes, uint32_t* outAllocatedSize);
+OX_EXPORT OX_Result OX_FreePixelBuffer(OX_PixelFormat format, void* base, uint32_t allocatedSize);
+OX_EXPORT OX_Result OX_AllocateTransientPixelBuffer(OX_PixelFormat format, int32_t width, int32_t height,
+                                                    void** outBase, void** outPixels, int32_t* outRowBytes,
+                                                    uint32_t* outAllocatedSize);
+OX_EXPORT OX_Result OX_FreeTransientPixelBuffer(OX_PixelFormat format, void* base, uint32_t allocatedSize);
+/* Block move of `bytes`; large moves stream past the cache. The areas must not overlap. */
+OX_EXPORT OX_Result OX_CopyMemory(void* destination, const void* source, uint32_t bytes);
+/* Copies the three planes of an 8-bit 4:2:0 picture. The caller guarantees every plane holds
+ * `height` (chroma: height / 2) rows of `width` (chroma: width / 2) bytes at its row bytes. */
+OX_EXPORT OX_Result OX_CopyPlanar_8u(const void* const sourcePlanes[3], const int32_t sourceRowBytes[3],
+                                     void* const destinationPlanes[3], const int32_t destinationRowBytes[3],
+                                     int32_t width, int32_t height);
+
+/* ---- Primitives and small exports --------------------------------------------------------- */
+
+/* ---- Side conversions ----------------------------------------------------------------------- */
+
+/* ---- Conversion --------------------------------------------------------------------------- */
+
+/* ---- DV decode ----------------------------------------------------------------------------- */
+
+/* ---- DV encode and merge ------------------------------------------------------------------- */
+
+#ifdef __cplusplus
+/* ======================================================================================
+ * C++ only: slice threading, for hosts that want to run their own slices on the pool.
+ * ====================================================================================== */
+namespace OX {
+namespace Threading {
+/* A frame-sized job split into slices that write disjoint rows or columns. */
+class OX_API Task {
+ public:
+  virtual int SliceCount() = 0;
+  virtual void RunSlice(int index) = 0;
+  virtual ~Task();
+};
+/* Runs every slice of `task` exactly once on the processor pool and returns when all are done. */
+OX_API void RunTask(Task& task);
+}  // namespace Threading
+}  // namespace OX
+#endif
+
+#endif /* OMBRIX_H */

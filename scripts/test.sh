@@ -1,0 +1,22 @@
+#!/usr/bin/env bash
+# Installs what is needed, builds and runs the whole test suite, then again under
+# AddressSanitizer and UndefinedBehaviorSanitizer, then a short fuzz run where clang is present.
+set -euo pipefail
+root=$(cd "$(dirname "$0")/.." && pwd)
+"$root/scripts/install-deps.sh"
+jobs=$(nproc)
+
+echo "== Release build and tests =="
+"$root/scripts/build.sh" build -DOMBRIX_BENCH=ON
+(cd "$root/build" && ctest --output-on-failure -j"$jobs")
+
+echo "== Sanitizer build and tests =="
+"$root/scripts/build.sh" build-asan -DCMAKE_BUILD_TYPE=RelWithDebInfo -DOMBRIX_SANITIZE=ON \
+  -DOMBRIX_BENCH=OFF -DOMBRIX_TOOLS=OFF
+(cd "$root/build-asan" && ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 \
+  ctest --output-on-failure -j"$jobs" -E exported_symbols)
+
+if [ -x "$root/scripts/fuzz.sh" ] && command -v clang++ >/dev/null; then
+  echo "== Short fuzz run =="
+  "$root/scripts/fuzz.sh" 20
+fi
