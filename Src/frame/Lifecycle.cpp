@@ -79,6 +79,7 @@ OX_Result OX_Initialize(void) {
   StartPrimitiveLayer();
   gDVEncoderHandle = dvenc::Create();
   BuildDVDequantisationTables();
+  BuildDVCoderTables();
   BuildDVEntropyTableA();
   gCPUExecutor = zelcore::threads::CreateCPUBoundExecutor();
   return OX_Success;

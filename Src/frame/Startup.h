@@ -10,6 +10,8 @@ void StartPrimitiveLayer();
 // tables), then entropy table A.
 void BuildDVDequantisationTables();
 void BuildDVEntropyTableA();
+// Builds the DV coder's run and level tables (part of the dequantisation step).
+void BuildDVCoderTables();
 // Frees the two entropy tables, B first.
 void FreeDVEntropyTableB();
 void FreeDVEntropyTableA();
