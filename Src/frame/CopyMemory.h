@@ -7,6 +7,14 @@
 #include <cstdint>
 
 namespace OX {
+
+// How OX_CopyMemory moves `bytes` under the current flags and cache size.
+struct CopyPlan {
+  enum Path { kBlockMove, kSSE2, kAVX } fPath;
+  bool fStream;  // non-temporal stores for the vector groups
+};
+CopyPlan PlanCopyMemory(uint32_t bytes);
+
 namespace sse2 {
 void CopyMemory(uint8_t* destination, const uint8_t* source, size_t bytes, bool stream);
 }

@@ -96,20 +96,26 @@ OX_Result OX_FreeTransientPixelBuffer(OX_PixelFormat, void* base, uint32_t alloc
   return OX_Success;
 }
 
-OX_Result OX_CopyMemory(void* destination, const void* source, uint32_t bytes) {
-  if (bytes < 128) {
-    std::memcpy(destination, source, bytes);
-    return OX_Success;
-  }
+namespace OX {
+
+CopyPlan PlanCopyMemory(uint32_t bytes) {
+  if (bytes < 128) return {CopyPlan::kBlockMove, false};
   // Half the last-level cache: above that, a copy would evict more than it could reuse.
   const uint32_t threshold = gCacheBytes / 2;
-  const bool stream = bytes >= threshold;
+  return {gHasAVX ? CopyPlan::kAVX : CopyPlan::kSSE2, bytes >= threshold};
+}
+
+}  // namespace OX
+
+OX_Result OX_CopyMemory(void* destination, const void* source, uint32_t bytes) {
+  const CopyPlan plan = PlanCopyMemory(bytes);
   auto* d = static_cast<uint8_t*>(destination);
   auto* s = static_cast<const uint8_t*>(source);
-  if (gHasAVX)
-    avx::CopyMemory(d, s, bytes, stream);
-  else
-    sse2::CopyMemory(d, s, bytes, stream);
+  switch (plan.fPath) {
+    case CopyPlan::kBlockMove: std::memcpy(d, s, bytes); break;
+    case CopyPlan::kSSE2: sse2::CopyMemory(d, s, bytes, plan.fStream); break;
+    case CopyPlan::kAVX: avx::CopyMemory(d, s, bytes, plan.fStream); break;
+  }
   return OX_Success;
 }
 

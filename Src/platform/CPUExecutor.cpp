@@ -1,7 +1,8 @@
 // The processor pool on oneTBB. One arena for the process while an executor lives; work from a
 // slice that itself runs slices joins the same arena, where TBB lets the waiting thread help, so
 // nesting cannot deadlock.
-#include <atomic>
+#include <algorithm>
+#include <vector>
 
 #include <oneapi/tbb/blocked_range.h>
 #include <oneapi/tbb/info.h>
@@ -20,17 +21,17 @@ struct AsyncExecutor::Impl {
 
 namespace {
 std::mutex gLiveMutex;
-AsyncExecutor* gLive = nullptr;  // the executor whose arena runs the work, if any
+std::vector<AsyncExecutor*> gLive;  // live executors; the newest one's arena runs the work
 }  // namespace
 
 AsyncExecutor::AsyncExecutor() : fImpl(new Impl) {
   std::lock_guard<std::mutex> lock(gLiveMutex);
-  gLive = this;
+  gLive.push_back(this);
 }
 
 AsyncExecutor::~AsyncExecutor() {
   std::lock_guard<std::mutex> lock(gLiveMutex);
-  if (gLive == this) gLive = nullptr;
+  gLive.erase(std::remove(gLive.begin(), gLive.end(), this), gLive.end());
 }
 
 int AsyncExecutor::Concurrency() const { return fImpl->fArena.max_concurrency(); }
@@ -49,7 +50,7 @@ void ExecuteCPUBoundTaskOnAllProcessors(const boost::function<void(int)>& task, 
   tbb::task_arena* arena = nullptr;
   {
     std::lock_guard<std::mutex> lock(gLiveMutex);
-    if (gLive) arena = &gLive->fImpl->fArena;
+    if (!gLive.empty()) arena = &gLive.back()->fImpl->fArena;
   }
   if (arena)
     arena->execute(body);

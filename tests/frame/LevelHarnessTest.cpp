@@ -36,8 +36,13 @@ TEST(LevelHarness, LevelsRiseOneAtATimeAndRestore) {
   bool previousSSE2 = true;
   int count = 0;
   test::ForEachLevel([&](const test::Level& level) {
-    if (count == 0) EXPECT_FALSE(gHasSSE2);
-    if (count == 1) EXPECT_TRUE(gHasSSE2 && !gHasSSSE3);
+    if (count == 0) {
+      EXPECT_FALSE(gHasSSE2);
+    } else if (count == 1) {
+      EXPECT_TRUE(gHasSSE2 && !gHasSSSE3);
+    } else {
+      EXPECT_TRUE(previousSSE2 && gHasSSE2);
+    }
     previousSSE2 = gHasSSE2;
     ++count;
   });
