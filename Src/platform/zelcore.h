@@ -21,7 +21,7 @@ namespace utility {
 // Recycles large blocks by size class. Frame work asks for the same few sizes over and over, so a
 // freed block is kept for the next request of its class; retention is bounded (per class and in
 // total bytes) so that a long run cannot grow without limit. Thread-safe.
-class OX_API MemoryRecycler {
+class MemoryRecycler {
  public:
   static MemoryRecycler& Instance();
   // Returns at least `size` bytes or null; `outSize` receives the size to hand back to Recycle.
@@ -39,7 +39,7 @@ class OX_API MemoryRecycler {
 };
 
 // Allocator for short strings (settings keys and values).
-class OX_API SmallBlockAllocator {
+class SmallBlockAllocator {
  public:
   static void* Allocate(size_t size);
   static void Dispose(void* block, size_t size);
@@ -63,7 +63,7 @@ using String = std::basic_string<char, std::char_traits<char>, SmallBlockStdAllo
 
 namespace debug {
 
-// The settings store. Hosts and tests set entries; the library reads them at start.
+// The settings store, exported so that hosts can set entries; the library reads them at start.
 class OX_API DebugDatabase {
  public:
   static DebugDatabase& Instance();
@@ -77,15 +77,15 @@ class OX_API DebugDatabase {
 };
 
 // No dialog exists here: reports false, so the code never breaks into a debugger by itself.
-OX_API bool BreakAfterContractDialog(const char* condition, const char* file, const char* function, int line);
+bool BreakAfterContractDialog(const char* condition, const char* file, const char* function, int line);
 // True when a tracer (debugger) is attached to the process.
-OX_API bool IsDebuggerAttached();
+bool IsDebuggerAttached();
 
 }  // namespace debug
 
 namespace config {
 
-class OX_API ReplacementValue {
+class ReplacementValue {
  public:
   ReplacementValue() = default;
   ~ReplacementValue() = default;
@@ -95,9 +95,9 @@ using ErrorHandler = void (*)(int level, const char* text, int number1, int numb
 
 // Hands the report to the installed handler. The default handler counts the report and returns,
 // so the caller goes on past it.
-OX_API void ThrowError(int level, const char* text, int number1, int number2, bool flag, ReplacementValue& v1,
+void ThrowError(int level, const char* text, int number1, int number2, bool flag, ReplacementValue& v1,
                        ReplacementValue& v2, ReplacementValue& v3, ReplacementValue& v4);
-// Installs a handler (null restores the default); returns the previous one.
+// Installs a host's handler (null restores the default); returns the previous one. Exported.
 OX_API ErrorHandler SetErrorHandler(ErrorHandler handler);
 // Number of reports the default handler has seen.
 OX_API uint64_t ErrorCount();
@@ -107,7 +107,7 @@ OX_API uint64_t ErrorCount();
 namespace threads {
 
 // The processor pool. Alive while a shared pointer to it is held.
-class OX_API AsyncExecutor {
+class AsyncExecutor {
  public:
   AsyncExecutor();
   ~AsyncExecutor();
@@ -119,10 +119,10 @@ class OX_API AsyncExecutor {
   friend void ExecuteCPUBoundTaskOnAllProcessors(const boost::function<void(int)>& task, int count);
 };
 
-OX_API boost::shared_ptr<AsyncExecutor> CreateCPUBoundExecutor();
+boost::shared_ptr<AsyncExecutor> CreateCPUBoundExecutor();
 // Runs task(i) for every i in 0 .. count-1 exactly once, on all processors, the calling thread
 // helping, and returns when all are done. Safe to call from inside a running task.
-OX_API void ExecuteCPUBoundTaskOnAllProcessors(const boost::function<void(int)>& task, int count);
+void ExecuteCPUBoundTaskOnAllProcessors(const boost::function<void(int)>& task, int count);
 
 }  // namespace threads
 }  // namespace zelcore
