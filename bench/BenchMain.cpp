@@ -1,5 +1,6 @@
 // Benchmark entry: runs every registered row, then prints our time over each peer's.
 #include <cstdio>
+#include <cstring>
 #include <map>
 #include <vector>
 
@@ -17,6 +18,15 @@ std::vector<Pair>& Pairs() {
   return pairs;
 }
 
+// Row names without the timing suffixes that the library appends.
+std::string Strip(std::string name) {
+  for (const char* suffix : {"/real_time", "/process_time", "/manual_time"}) {
+    const size_t at = name.find(suffix);
+    if (at != std::string::npos) name.erase(at, std::strlen(suffix));
+  }
+  return name;
+}
+
 // Collects each row's real time per iteration while printing as usual.
 class CollectingReporter : public benchmark::ConsoleReporter {
  public:
@@ -24,7 +34,7 @@ class CollectingReporter : public benchmark::ConsoleReporter {
   void ReportRuns(const std::vector<Run>& runs) override {
     for (const Run& r : runs)
       if (r.run_type == Run::RT_Iteration && r.iterations > 0)
-        fTimes[r.benchmark_name()] = r.GetAdjustedRealTime();
+        fTimes[Strip(r.benchmark_name())] = r.GetAdjustedRealTime();
     ConsoleReporter::ReportRuns(runs);
   }
 };
