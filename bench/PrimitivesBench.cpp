@@ -67,6 +67,29 @@ void BM_MulTable(benchmark::State& state, int32_t level) {
   state.counters["blocks/s"] = benchmark::Counter(double(state.iterations()) * kBlocks, benchmark::Counter::kIsRate);
 }
 
+// Frame-sized block operations on a 1920 x 1080 picture of four bytes a pixel.
+constexpr int kWidth = 1920, kHeight = 1080, kRowBytes = kWidth * 4;
+
+void BM_Frame(benchmark::State& state, int which, int32_t level) {
+  PrimitiveLevelScope scope(level);
+  std::vector<uint8_t> a(size_t(kRowBytes) * kHeight, 7), b(a.size(), 9);
+  std::vector<float> f(size_t(kWidth) * kHeight);
+  for (size_t i = 0; i < f.size(); ++i) f[i] = float(i % 70000) * 0.75f - 20000.0f;
+  std::vector<int16_t> out16(f.size());
+  const uint8_t pattern[4] = {1, 2, 3, 4}, k[4] = {200, 100, 50, 255};
+  for (auto _ : state) {
+    switch (which) {
+      case 0: OX::VecFill8uC4(pattern, b.data(), kRowBytes, kWidth, kHeight); break;
+      case 1: OX::VecCopy2D8u(a.data(), kRowBytes, b.data(), kRowBytes, kRowBytes, kHeight); break;
+      case 2: OX::VecCopyChannel8uC4(255, b.data() + 3, kRowBytes, kWidth, kHeight); break;
+      case 3: OX::VecMulConstant8uC4(a.data(), kRowBytes, k, b.data(), kRowBytes, kWidth, kHeight, 8); break;
+      default: OX::VecConvert32fTo16sScaled(f.data(), out16.data(), int32_t(f.size()), 1, 2); break;
+    }
+    benchmark::ClobberMemory();
+  }
+  state.SetBytesProcessed(int64_t(state.iterations()) * int64_t(a.size()));
+}
+
 #if OMBRIX_HAVE_LIBAVCODEC
 void BM_LibavcodecIDCT(benchmark::State& state) {
   AVDCT* dct = avcodec_dct_alloc();
@@ -99,6 +122,13 @@ int Register() {
                                  BM_MulTable, level)
         ->Unit(benchmark::kMicrosecond);
   }
+  const char* kFrameOps[] = {"VecFill8uC4", "VecCopy2D8u", "VecCopyChannel8uC4", "VecMulConstant8uC4",
+                             "VecConvert32fTo16sScaled"};
+  for (int op = 0; op < 5; ++op)
+    for (int32_t level : {0, 1, highest})
+      benchmark::RegisterBenchmark((std::string(kFrameOps[op]) + "/1920x1080/level" + std::to_string(level)).c_str(),
+                                   BM_Frame, op, level)
+          ->Unit(benchmark::kMicrosecond);
 #if OMBRIX_HAVE_LIBAVCODEC
   const std::string peer = "libavcodec_idct" + blocks.substr(0, blocks.size() - 6);
   benchmark::RegisterBenchmark(peer.c_str(), BM_LibavcodecIDCT)->Unit(benchmark::kMicrosecond);
