@@ -45,8 +45,15 @@ const RowConverter* ChooseUnpremul32f() {
   if (gHasAVX) return avx::kUnpremul32f;
   return portable::kUnpremul32f;
 }
-const RowConverter* ChooseOrder() { return portable::kOrder; }
-const RowConverter* ChooseSubsample() { return portable::kSubsample; }
+const RowConverter* ChooseOrder() {
+  if (gHasAVX2) return avx2::kOrder;
+  if (gHasSSSE3) return ssse3::kOrder;
+  return portable::kOrder;
+}
+const RowConverter* ChooseSubsample() {
+  if (gHasSSSE3) return ssse3::kSubsample;
+  return portable::kSubsample;
+}
 const RowConverter* ChooseV210() { return portable::kV210; }
 const RowConverter* ChooseLinear() { return portable::kLinear; }
 
