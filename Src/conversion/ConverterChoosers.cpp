@@ -54,7 +54,11 @@ const RowConverter* ChooseSubsample() {
   if (gHasSSSE3) return ssse3::kSubsample;
   return portable::kSubsample;
 }
-const RowConverter* ChooseV210() { return portable::kV210; }
+const RowConverter* ChooseV210() {
+  if (gHasAVX2) return avx2::kV210;
+  if (gHasSSSE3) return ssse3::kV210;
+  return portable::kV210;
+}
 const RowConverter* ChooseLinear() { return portable::kLinear; }
 
 void Yuv422ToBgr8uInChunks(RowConverter upsample, int matrixMember, const void* in, void* out, int32_t width) {

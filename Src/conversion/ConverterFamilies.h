@@ -97,6 +97,7 @@ OX_DECLARE_TABLE(Premul15u, kPremul15uCount)
 namespace ssse3 {
 OX_DECLARE_TABLE(Order, kOrderCount)
 OX_DECLARE_TABLE(Subsample, kSubsampleCount)
+OX_DECLARE_TABLE(V210, kV210Count)
 }  // namespace ssse3
 namespace sse41 {
 OX_DECLARE_TABLE(Depth15u, kDepth15uCount)
@@ -114,6 +115,7 @@ OX_DECLARE_TABLE(Matrix8u, kMatrix8uCount)
 OX_DECLARE_TABLE(Matrix32f, kMatrix32fCount)
 OX_DECLARE_TABLE(Yuv709_8u, kYuv709_8uCount)
 OX_DECLARE_TABLE(Order, kOrderCount)
+OX_DECLARE_TABLE(V210, kV210Count)
 }  // namespace avx2
 #undef OX_DECLARE_TABLE
 

@@ -13,30 +13,11 @@
 namespace OX::ssse3 {
 namespace {
 
+#include "conversion/UpsampleSsse3.inl"
+
 template <bool LumaFirst>
 void Yuv422ToVuy8u(const void* in, void* out, int32_t width) {
-  const uint8_t* s = static_cast<const uint8_t*>(in);
-  uint8_t* d = static_cast<uint8_t*>(out);
-  const int32_t pairs = width > 0 ? (width + 1) / 2 : 0;
-  // Byte places of U, Y0, V, Y1 in a pair.
-  constexpr int u = LumaFirst ? 1 : 0, y0 = LumaFirst ? 0 : 1, v = LumaFirst ? 3 : 2, y1 = LumaFirst ? 2 : 3;
-  const __m128i fromPairsLo = _mm_setr_epi8(v, u, y0, -1, -1, -1, y1, -1, v + 4, u + 4, y0 + 4, -1, -1, -1, y1 + 4, -1);
-  const __m128i fromMeanLo = _mm_setr_epi8(-1, -1, -1, -1, v, u, -1, -1, -1, -1, -1, -1, v + 4, u + 4, -1, -1);
-  const __m128i fromPairsHi = _mm_add_epi8(fromPairsLo, _mm_and_si128(_mm_set1_epi8(8), _mm_cmpgt_epi8(fromPairsLo, _mm_set1_epi8(-1))));
-  const __m128i fromMeanHi = _mm_add_epi8(fromMeanLo, _mm_and_si128(_mm_set1_epi8(8), _mm_cmpgt_epi8(fromMeanLo, _mm_set1_epi8(-1))));
-  const __m128i opaque = _mm_set1_epi32(int32_t(0xFF000000u));
-  int32_t k = 0;
-  // Four pairs a step while the pair after them lies inside the row (its chroma is needed).
-  for (; k + 4 < pairs; k += 4) {
-    const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(s + 4 * k));
-    const __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(s + 4 * k + 4));
-    const __m128i m = _mm_avg_epu8(a, b);
-    const __m128i lo = _mm_or_si128(_mm_or_si128(_mm_shuffle_epi8(a, fromPairsLo), _mm_shuffle_epi8(m, fromMeanLo)), opaque);
-    const __m128i hi = _mm_or_si128(_mm_or_si128(_mm_shuffle_epi8(a, fromPairsHi), _mm_shuffle_epi8(m, fromMeanHi)), opaque);
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(d + 8 * k), lo);
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(d + 8 * k + 16), hi);
-  }
-  UpsampleChroma8u<LumaFirst>(s, d, width, [](int a, int b) { return (a | b) - ((a ^ b) >> 1); }, 2 * k);
+  Upsample422To444_8u<LumaFirst, true>(static_cast<const uint8_t*>(in), static_cast<uint8_t*>(out), width);
 }
 
 template <bool LumaFirst, int Matrix>

@@ -227,7 +227,7 @@ TEST(V210, FloatIntoV210) {
 
 TEST(V210, ToVuyAndRgb) {
   std::mt19937 rng(10);
-  std::vector<uint32_t> words(4 * 40);
+  std::vector<uint32_t> words(4 * 100);
   for (auto& x : words) x = rng() & 0x3FFFFFFF;
   auto sample = [&](int word, int slot) { return int(words[word] >> (10 * slot) & 0x3FF); };
   // Per pixel x: ten-bit y, u, v of its own pair.
@@ -241,7 +241,7 @@ TEST(V210, ToVuyAndRgb) {
     v = sample(4 * g + kV[j][0], kV[j][1]);
   };
   ForEachLevel([&](const test::Level&) {
-    for (int w : {1, 2, 6, 7, 13, 239, 240}) {
+    for (int w : {1, 2, 6, 7, 13, 239, 240, 241, 247, 599, 600}) {
       const auto vuy = RunMember<uint8_t>(&ChooseV210, kV210ToVuy8u, words, w, 4 * size_t(w));
       const auto rgb = RunMember<uint8_t>(&ChooseV210, kV210ToBgr8u601, words, w, 4 * size_t(w));
       for (int x = 0; x < w; ++x) {
