@@ -1,0 +1,13 @@
+// Headers that every converter body needs before PixelVec.inl is included inside the namespace
+// of one instruction set.
+#pragma once
+
+#include <cstdint>
+#include <cstring>
+
+#include <immintrin.h>
+
+// Vector types as template arguments lose their alignment attribute; the bodies never rely on it.
+#pragma GCC diagnostic ignored "-Wignored-attributes"
+
+#include "conversion/ConverterFamilies.h"
