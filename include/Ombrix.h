@@ -184,6 +184,35 @@ OX_EXPORT OX_Result OX_CopyPlanar_8u(const void* const sourcePlanes[3], const in
 
 /* ---- DV encode and merge ------------------------------------------------------------------- */
 
+/* Encodes one picture into a DV100 frame of `dstFormat` (exactly its frame size in `dstBytes`),
+ * converting the source to YUYV_422_8u_709 first when needed. `channelOffset` 2 writes a 720p
+ * picture as channels 2 and 3, any other value as 0 and 1; 1080 frames ignore it. -4 for a
+ * non-DV100 destination, -9 for a wrong size, -1000 for a destination outside the DV and planar
+ * families. The caller guarantees `src` holds `height` rows of `width` pixels at `srcRowBytes`. */
+OX_EXPORT OX_Result OX_CompressDV100720pWithChannelOffset(const void* src, int32_t srcRowBytes, OX_PixelFormat srcFormat,
+                                                          int32_t width, int32_t height, void* dst, int32_t dstBytes,
+                                                          int32_t channelOffset, OX_PixelFormat dstFormat,
+                                                          int32_t quality);
+/* Encodes one 720 x 576 or 360 x 288 picture into a DVCPRO (4:1:1) PALDV25 frame, or a 720 x 480
+ * or 360 x 240 picture into an NTSCDV25 frame; `dstBytes` must be the frame size (else -15).
+ * -3 for a non-DV25 destination, -13 for a wrong size, -1000 for an unknown destination family.
+ * The caller guarantees `src` holds `height` rows of `width` pixels at `srcRowBytes`. */
+OX_EXPORT OX_Result OX_CompressDVCPROPAL25(const void* src, int32_t srcRowBytes, OX_PixelFormat srcFormat,
+                                           int32_t width, int32_t height, void* dst, int32_t dstBytes,
+                                           OX_PixelFormat dstFormat, int32_t quality);
+/* Weaves two DV25 frames of `frameBytes` (120000: NTSC, anything else: PAL) into `outFrame`: the
+ * odd rows of the first picture over the second, re-encoded, with the first frame's display class
+ * in the VSC packs. Decode and encode results are not checked; returns the buffer release result.
+ * The caller guarantees all three buffers hold `frameBytes` bytes. */
+OX_EXPORT OX_Result OX_MergeDV(const void* firstFrame, const void* secondFrame, void* outFrame, int32_t frameBytes,
+                               int32_t quality);
+/* Weaves two frames of any DV `format` into `outFrame` (odd rows of the first for DV25 and DV50,
+ * even rows for DV100) and restores the first frame's display class. -3 for a non-DV format, -16
+ * without memory, otherwise the first failing decode or encode. The caller guarantees all three
+ * buffers hold the format's frame size. */
+OX_EXPORT OX_Result OX_MergeDVCPRO(const void* firstFrame, const void* secondFrame, void* outFrame,
+                                   OX_PixelFormat format, int32_t quality);
+
 #ifdef __cplusplus
 /* ======================================================================================
  * C++ only: slice threading, for hosts that want to run their own slices on the pool.
