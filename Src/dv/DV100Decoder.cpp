@@ -26,8 +26,24 @@ void DequantiseAndTransform(int16_t* block, uint32_t blockInfo, const uint16_t* 
   VecDCT8x8Inverse(block);
 }
 
-// W/2 x H/2: every second row and column of each 8-line half, into VUYA.
-void WriteHalfSize(const int16_t* mb, int firstRow, uint8_t* base, ptrdiff_t rowBytes, const DV100Placement& p) {
+// W/2 x H/2: every second row and column of each 8-line half, into VUYA. A field-coded
+// macroblock keeps the whole half of the chosen field instead.
+void WriteHalfSize(const int16_t* mb, int firstRow, bool fieldCoded, uint8_t* base, ptrdiff_t rowBytes,
+                   const DV100Placement& p) {
+  if (fieldCoded) {
+    const int h = firstRow;
+    const int16_t* luma = mb + (h ? 2 : 0) * 64;
+    for (int r = 0; r < 8; ++r) {
+      uint8_t* out = base + ptrdiff_t(p.fHalf[0].y / 2 + r) * rowBytes + ptrdiff_t(p.fHalf[0].x / 2) * 4;
+      for (int i = 0; i < 8; ++i, out += 4) {
+        out[0] = SampleToByte(mb[(4 + h) * 64 + r * 8 + i]);
+        out[1] = SampleToByte(mb[(6 + h) * 64 + r * 8 + i]);
+        out[2] = SampleToByte(luma[(i < 4 ? 0 : 64) + r * 8 + 2 * (i & 3)]);
+        out[3] = 255;
+      }
+    }
+    return;
+  }
   for (int h = 0; h < 2; ++h) {
     const int16_t* luma = mb + (h ? 2 : 0) * 64;
     const int16_t* v = mb + (4 + h) * 64;
@@ -84,6 +100,7 @@ OX_Result DecodeDV100(const uint8_t* frame, OX_PixelFormat format, void* destina
   const int rows = info->fSequencesPerChannel;
   alignas(16) int16_t coefficients[kBlocksPerSegment * 64];
   uint32_t blockInfo[kBlocksPerSegment];
+  alignas(16) uint8_t spareRow[32];
   for (int c = 0; c < info->fChannels; ++c) {
     for (int i = 0; i < rows; ++i) {
       if (!IsSequenceUsed(*info, c + channelOffset, i)) continue;
@@ -94,19 +111,33 @@ OX_Result DecodeDV100(const uint8_t* frame, OX_PixelFormat format, void* destina
           DequantiseAndTransform(coefficients + b * 64, blockInfo[b], kDV100Weight[is720][b % 8 >= 4]);
         DV100Placement p[kMacroblocksPerSegment];
         PlaceMacroblocksDV100(*info, c + channelOffset, i, k, p);
+        bool fieldCoded[kMacroblocksPerSegment];
+        for (int j = 0; j < kMacroblocksPerSegment; ++j) {
+          // An interlaced 1080 macroblock sets the mode bit of its first block: its upper half
+          // holds the even lines, its lower half the odd ones.
+          fieldCoded[j] = !is720 && (blockInfo[j * 8] & 0x40) && p[j].fHalf[1].y == p[j].fHalf[0].y + 8;
+        }
         if (shape == kHalf) {
           for (int j = 0; j < kMacroblocksPerSegment; ++j)
-            WriteHalfSize(coefficients + j * 512, firstRow, dst, rowBytes, p[j]);
+            WriteHalfSize(coefficients + j * 512, firstRow, fieldCoded[j], dst, rowBytes, p[j]);
           continue;
         }
-        const int step = shape == kField ? 2 : 1;
+        // Every row of every half gets a pointer; rows of the other field go to a spare row.
         uint8_t* rowPointers[kMacroblocksPerSegment * 16];
         for (int j = 0; j < kMacroblocksPerSegment; ++j)
           for (int h = 0; h < 2; ++h)
-            for (int r = 0; r < 8 / step; ++r)
-              rowPointers[j * 16 + h * 8 + r] =
-                  dst + ptrdiff_t(p[j].fHalf[h].y / step + r) * rowBytes + ptrdiff_t(p[j].fHalf[h].x) * 2;
-        VecDV100PackRows(coefficients + (shape == kField ? firstRow * 8 : 0), rowPointers, step);
+            for (int r = 0; r < 8; ++r) {
+              const int y = fieldCoded[j] ? p[j].fHalf[0].y + 2 * r + h : p[j].fHalf[h].y + r;
+              uint8_t*& pointer = rowPointers[j * 16 + h * 8 + r];
+              if (shape == kFull) {
+                pointer = dst + ptrdiff_t(y) * rowBytes + ptrdiff_t(p[j].fHalf[h].x) * 2;
+              } else if ((y & 1) == firstRow) {
+                pointer = dst + ptrdiff_t(y / 2) * rowBytes + ptrdiff_t(p[j].fHalf[h].x) * 2;
+              } else {
+                pointer = spareRow;
+              }
+            }
+        VecDV100PackRows(coefficients, rowPointers, 1);
       }
     }
   }

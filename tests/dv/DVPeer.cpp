@@ -3,6 +3,8 @@
 
 #include <cmath>
 #include <cstring>
+#include <map>
+#include <mutex>
 
 #ifdef OMBRIX_HAVE_LIBAVCODEC
 extern "C" {
@@ -75,7 +77,8 @@ Planes MakePicture(int width, int height, Sampling sampling, int seed) {
   for (int y = 0; y < height; ++y)
     for (int x = 0; x < width; ++x) {
       double r, g, b;
-      Pattern(x, y, width, height, seed, &r, &g, &b);
+      const int shifted = seed >= 2 && (y & 1) ? (x + 9) % width : x;
+      Pattern(shifted, y, width, height, seed, &r, &g, &b);
       const double luma = kr * r + (1 - kr - kb) * g + kb * b;
       p.y[size_t(y) * width + x] = Clip(16 + luma * 219 / 255);
       cb[size_t(y) * width + x] = 128 + (b - luma) / (2 * (1 - kb)) * 224 / 255;
@@ -107,7 +110,8 @@ AVPixelFormat AvFormat(Sampling s) {
 
 bool PeerAvailable() { return avcodec_find_encoder(AV_CODEC_ID_DVVIDEO) && avcodec_find_decoder(AV_CODEC_ID_DVVIDEO); }
 
-std::vector<uint8_t> PeerEncode(const PeerFormat& format, const Planes& picture, std::string* message) {
+std::vector<uint8_t> PeerEncode(const PeerFormat& format, const Planes& picture, bool interlacedDCT,
+                                std::string* message) {
   av_log_set_level(AV_LOG_ERROR);
   std::vector<uint8_t> out;
   const AVCodec* codec = avcodec_find_encoder(AV_CODEC_ID_DVVIDEO);
@@ -119,6 +123,7 @@ std::vector<uint8_t> PeerEncode(const PeerFormat& format, const Planes& picture,
   ctx->time_base = AVRational{format.rateDenominator, format.rateNumerator};
   ctx->framerate = AVRational{format.rateNumerator, format.rateDenominator};
   ctx->sample_aspect_ratio = AVRational{1, 1};
+  if (interlacedDCT) ctx->flags |= AV_CODEC_FLAG_INTERLACED_DCT;
   int err = avcodec_open2(ctx, codec, nullptr);
   if (err < 0) {
     if (message) *message = "encoder refused the format";
@@ -188,12 +193,25 @@ bool PeerDecode(const std::vector<uint8_t>& data, Planes* out, Sampling* samplin
 }
 #else
 bool PeerAvailable() { return false; }
-std::vector<uint8_t> PeerEncode(const PeerFormat&, const Planes&, std::string* message) {
+std::vector<uint8_t> PeerEncode(const PeerFormat&, const Planes&, bool, std::string* message) {
   if (message) *message = "built without libavcodec";
   return {};
 }
 bool PeerDecode(const std::vector<uint8_t>&, Planes*, Sampling*) { return false; }
 #endif
+
+const std::vector<uint8_t>& PeerFrame(const PeerFormat& format, int seed) {
+  static std::mutex lock;
+  static std::map<std::pair<const PeerFormat*, int>, std::vector<uint8_t>> cache;
+  std::lock_guard<std::mutex> hold(lock);
+  auto it = cache.find({&format, seed});
+  if (it == cache.end()) {
+    it = cache.emplace(std::make_pair(&format, seed),
+                       PeerEncode(format, MakePicture(format.width, format.height, format.sampling, seed), seed >= 2))
+             .first;
+  }
+  return it->second;
+}
 
 Planes To422(const Planes& in, Sampling sampling) {
   Planes p;

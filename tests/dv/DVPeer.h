@@ -31,12 +31,18 @@ const std::vector<PeerFormat>& PeerFormats();
 const PeerFormat* FindPeerFormat(OX_PixelFormat format, Sampling sampling);
 
 // A synthetic picture for a format: gradients, a zone plate, sharp coloured bars and a checker;
-// `seed` moves the pattern so that frames differ.
+// `seed` moves the pattern so that frames differ; from seed 2 on the second field is shifted, as
+// motion between fields would, which makes an encoder choose the 2-4-8 DCT.
 Planes MakePicture(int width, int height, Sampling sampling, int seed);
 
 bool PeerAvailable();
 // Encodes one picture; empty on failure. `message` says why.
-std::vector<uint8_t> PeerEncode(const PeerFormat& format, const Planes& picture, std::string* message = nullptr);
+// `interlacedDCT` lets the encoder pick the 2-4-8 DCT where the fields differ.
+std::vector<uint8_t> PeerEncode(const PeerFormat& format, const Planes& picture, bool interlacedDCT = false,
+                                std::string* message = nullptr);
+// The encoded frame of a format and seed (seed 2 with the interlaced DCT), made once per run;
+// empty when the peer cannot produce it.
+const std::vector<uint8_t>& PeerFrame(const PeerFormat& format, int seed);
 // Decodes one frame; the planes keep the frame's own sampling.
 bool PeerDecode(const std::vector<uint8_t>& frame, Planes* out, Sampling* sampling);
 
