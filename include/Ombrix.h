@@ -180,6 +180,16 @@ OX_EXPORT OX_Result OX_CopyPlanar_8u(const void* const sourcePlanes[3], const in
 
 /* ---- Conversion --------------------------------------------------------------------------- */
 
+/* Converts a frame of `width` x `height` pixels from one format to another of the same size: a copy
+ * for equal formats, the decode or encode road for DV and planar frames, and otherwise a chain of
+ * row converters. -999 when no route joins two raw formats, 0 for a raw height of 0 or less. The
+ * caller guarantees that each buffer holds `height` rows of `width` pixels at its row bytes (any
+ * sign; a negative value walks the buffer backward from `source` / `destination`) and that the
+ * two buffers do not overlap. */
+OX_EXPORT OX_Result OX_Convert(const void* source, int32_t sourceRowBytes, OX_PixelFormat sourceFormat,
+                               void* destination, int32_t destinationRowBytes, OX_PixelFormat destinationFormat,
+                               int32_t width, int32_t height, int32_t quality);
+
 /* ---- DV decode ----------------------------------------------------------------------------- */
 
 /* ---- DV encode and merge ------------------------------------------------------------------- */

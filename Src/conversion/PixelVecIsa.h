@@ -2,6 +2,10 @@
 // of one instruction set.
 #pragma once
 
+// Multiplications and additions stay separate operations at every level (no fused multiply-add),
+// so that the vector forms give the portable form's bits.
+#pragma GCC optimize("fp-contract=off")
+
 #include <cstdint>
 #include <cstring>
 

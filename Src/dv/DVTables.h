@@ -70,6 +70,17 @@ inline constexpr ScanOrder kScan88 = InvertZigzag(kZigzagIndex88);
 inline constexpr ScanOrder kScan248 = InvertZigzag(kZigzagIndex248);
 // kScan[mode]: 0 the 8-8 DCT, 1 the 2-4-8 DCT.
 inline constexpr const uint8_t* kScan[2] = {kScan88.f, kScan248.f};
+// Both orders back to back (8-8 then 2-4-8), as the segment decoder takes them.
+struct ScanPair {
+  uint8_t f[128];
+};
+constexpr ScanPair MakeScanPair() {
+  ScanPair t{};
+  for (int i = 0; i < 64; ++i) t.f[i] = kScan88.f[i], t.f[64 + i] = kScan248.f[i];
+  return t;
+}
+inline constexpr ScanPair kScanPairData = MakeScanPair();
+inline constexpr const uint8_t* kScanPair = kScanPairData.f;
 
 // ---- Weighting ----------------------------------------------------------------------------
 // One-dimensional weights w(0..7): 1, CS4/(4 CS7 CS2), CS4/(2 CS6), 1/(2 CS5), 7/8, CS4/CS3,

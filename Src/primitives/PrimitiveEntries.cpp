@@ -14,27 +14,27 @@ namespace {
 #define OX_TABLE(name, low, wide) {&portable::name, &low::name, &low::name, &low::name, &low::name, &low::name, &wide::name}
 
 using DCTForm = void (*)(int16_t*);
-constexpr DCTForm kDCT8x8Forward[kPrimitiveLevels] = OX_TABLE(DCT8x8Forward, portable, portable);
-constexpr DCTForm kDCT8x8Inverse[kPrimitiveLevels] = OX_TABLE(DCT8x8Inverse, portable, portable);
-constexpr DCTForm kDCT248Forward[kPrimitiveLevels] = OX_TABLE(DCT248Forward, portable, portable);
-constexpr DCTForm kDCT248Inverse[kPrimitiveLevels] = OX_TABLE(DCT248Inverse, portable, portable);
+constexpr DCTForm kDCT8x8Forward[kPrimitiveLevels] = OX_TABLE(DCT8x8Forward, sse2, avx2);
+constexpr DCTForm kDCT8x8Inverse[kPrimitiveLevels] = OX_TABLE(DCT8x8Inverse, sse2, avx2);
+constexpr DCTForm kDCT248Forward[kPrimitiveLevels] = OX_TABLE(DCT248Forward, sse2, avx2);
+constexpr DCTForm kDCT248Inverse[kPrimitiveLevels] = OX_TABLE(DCT248Inverse, sse2, avx2);
 constexpr decltype(&portable::MulTableRoundScaled) kMulTable[kPrimitiveLevels] =
-    OX_TABLE(MulTableRoundScaled, portable, portable);
-constexpr decltype(&portable::CountZeros64) kCountZeros[kPrimitiveLevels] = OX_TABLE(CountZeros64, portable, portable);
+    OX_TABLE(MulTableRoundScaled, sse2, avx2);
+constexpr decltype(&portable::CountZeros64) kCountZeros[kPrimitiveLevels] = OX_TABLE(CountZeros64, sse2, avx2);
 constexpr decltype(&portable::MulConstant8uC4) kMulConstant[kPrimitiveLevels] =
-    OX_TABLE(MulConstant8uC4, portable, portable);
+    OX_TABLE(MulConstant8uC4, sse2, avx2);
 constexpr decltype(&portable::CopyChannel8uC4) kCopyChannel8u[kPrimitiveLevels] =
-    OX_TABLE(CopyChannel8uC4, portable, portable);
+    OX_TABLE(CopyChannel8uC4, sse2, avx2);
 constexpr decltype(&portable::CopyChannel16uC4) kCopyChannel16u[kPrimitiveLevels] =
-    OX_TABLE(CopyChannel16uC4, portable, portable);
+    OX_TABLE(CopyChannel16uC4, sse2, avx2);
 constexpr decltype(&portable::CopyChannel32fC4) kCopyChannel32f[kPrimitiveLevels] =
-    OX_TABLE(CopyChannel32fC4, portable, portable);
-constexpr decltype(&portable::FillPattern) kFill[kPrimitiveLevels] = OX_TABLE(FillPattern, portable, portable);
-constexpr decltype(&portable::Copy2D8u) kCopy2D[kPrimitiveLevels] = OX_TABLE(Copy2D8u, portable, portable);
+    OX_TABLE(CopyChannel32fC4, sse2, avx2);
+constexpr decltype(&portable::FillPattern) kFill[kPrimitiveLevels] = OX_TABLE(FillPattern, sse2, avx2);
+constexpr decltype(&portable::Copy2D8u) kCopy2D[kPrimitiveLevels] = OX_TABLE(Copy2D8u, sse2, avx2);
 constexpr decltype(&portable::Convert32fTo32sScaled) kTo32s[kPrimitiveLevels] =
-    OX_TABLE(Convert32fTo32sScaled, portable, portable);
+    OX_TABLE(Convert32fTo32sScaled, sse2, avx2);
 constexpr decltype(&portable::Convert32fTo16sScaled) kTo16s[kPrimitiveLevels] =
-    OX_TABLE(Convert32fTo16sScaled, portable, portable);
+    OX_TABLE(Convert32fTo16sScaled, sse2, avx2);
 // A table look-up a byte: no vector form would be faster than the scalar loads.
 constexpr decltype(&portable::ALawTo16s) kALaw[kPrimitiveLevels] = OX_TABLE(ALawTo16s, portable, portable);
 #undef OX_TABLE
