@@ -176,13 +176,78 @@ OX_EXPORT OX_Result OX_CopyPlanar_8u(const void* const sourcePlanes[3], const in
 
 /* ---- Primitives and small exports --------------------------------------------------------- */
 
+/* Stamps `number` on the frame in red seven-segment digits ("%d" when `decimal`, else "%x"), one
+ * pixel thick, the first cell at (xFraction, yFraction) of the frame (at least 4 pixels in), cells
+ * sizeFraction of the width wide, shrunk until the text fits. -4 for a format it cannot draw on
+ * (15u, containers other than planar 4:2:0), -5 / -6 for a negative width / height, -999 for a
+ * fraction outside 0..1. The caller guarantees the buffer holds `height` rows at `rowBytes`
+ * (planar 4:2:0: the layout of OX_GetPlanarBuffers, `rowBytes` unused). */
+OX_EXPORT OX_Result OX_PrintNum(void* buffer, int32_t rowBytes, OX_PixelFormat format, int32_t width, int32_t height,
+                                int32_t number, float sizeFraction, float xFraction, float yFraction, bool decimal);
+/* dst[i] = src[i] * 2^-scaleFactor: roundMode 1 rounds to nearest (ties to even), any other value
+ * truncates; 2147483520.0 and above give 0x7FFFFFFF, -2147483648.0 and below 0x80000000, NaN 0.
+ * -999 for a null pointer or a length below 1. */
+OX_EXPORT OX_Result OX_Convert_32f32sSfs(const float* source, int32_t* destination, int32_t length, int32_t roundMode,
+                                         int32_t scaleFactor);
+/* The same to 16 bits, the scaled value limited to -32768.0..32767.0 before rounding. */
+OX_EXPORT OX_Result OX_Convert_32f16sSfs(const float* source, int16_t* destination, int32_t length, int32_t roundMode,
+                                         int32_t scaleFactor);
+/* dst = limit(src * constant[c]) for each of the four byte channels of `width` pixels on `height`
+ * rows: scaleFactor 0 the product, negative shifted left, positive shifted right rounding to
+ * nearest (ties to even), limited to 255 (above 16 all zero). The four constant bytes are read
+ * before any write. -999 for a null pointer or a width or height below 1. */
+OX_EXPORT OX_Result OX_MultiplyByConstant(int32_t width, int32_t height, const void* source, int32_t sourceRowBytes,
+                                          void* destination, int32_t destinationRowBytes, const uint8_t* constant,
+                                          int32_t scaleFactor);
+/* G.711 A-law bytes to `length` linear 16-bit samples; -999 for a null pointer or a length below 1. */
+OX_EXPORT OX_Result OX_DecodeALawTo16Bit(const void* source, int16_t* destination, int32_t length);
+
 /* ---- Side conversions ----------------------------------------------------------------------- */
 
 /* ---- Conversion --------------------------------------------------------------------------- */
 
+/* Converts a frame of `width` x `height` pixels from one format to another of the same size: a copy
+ * for equal formats, the decode or encode road for DV and planar frames, and otherwise a chain of
+ * row converters. -999 when no route joins two raw formats, 0 for a raw height of 0 or less. The
+ * caller guarantees that each buffer holds `height` rows of `width` pixels at its row bytes (any
+ * sign; a negative value walks the buffer backward from `source` / `destination`) and that the
+ * two buffers do not overlap. */
+OX_EXPORT OX_Result OX_Convert(const void* source, int32_t sourceRowBytes, OX_PixelFormat sourceFormat,
+                               void* destination, int32_t destinationRowBytes, OX_PixelFormat destinationFormat,
+                               int32_t width, int32_t height, int32_t quality);
+
 /* ---- DV decode ----------------------------------------------------------------------------- */
 
 /* ---- DV encode and merge ------------------------------------------------------------------- */
+
+/* Encodes one picture into a DV100 frame of `dstFormat` (exactly its frame size in `dstBytes`),
+ * converting the source to YUYV_422_8u_709 first when needed. `channelOffset` 2 writes a 720p
+ * picture as channels 2 and 3, any other value as 0 and 1; 1080 frames ignore it. -4 for a
+ * non-DV100 destination, -9 for a wrong size, -1000 for a destination outside the DV and planar
+ * families. The caller guarantees `src` holds `height` rows of `width` pixels at `srcRowBytes`. */
+OX_EXPORT OX_Result OX_CompressDV100720pWithChannelOffset(const void* src, int32_t srcRowBytes, OX_PixelFormat srcFormat,
+                                                          int32_t width, int32_t height, void* dst, int32_t dstBytes,
+                                                          int32_t channelOffset, OX_PixelFormat dstFormat,
+                                                          int32_t quality);
+/* Encodes one 720 x 576 or 360 x 288 picture into a DVCPRO (4:1:1) PALDV25 frame, or a 720 x 480
+ * or 360 x 240 picture into an NTSCDV25 frame; `dstBytes` must be the frame size (else -15).
+ * -3 for a non-DV25 destination, -13 for a wrong size, -1000 for an unknown destination family.
+ * The caller guarantees `src` holds `height` rows of `width` pixels at `srcRowBytes`. */
+OX_EXPORT OX_Result OX_CompressDVCPROPAL25(const void* src, int32_t srcRowBytes, OX_PixelFormat srcFormat,
+                                           int32_t width, int32_t height, void* dst, int32_t dstBytes,
+                                           OX_PixelFormat dstFormat, int32_t quality);
+/* Weaves two DV25 frames of `frameBytes` (120000: NTSC, anything else: PAL) into `outFrame`: the
+ * odd rows of the first picture over the second, re-encoded, with the first frame's display class
+ * in the VSC packs. Decode and encode results are not checked; returns the buffer release result.
+ * The caller guarantees all three buffers hold `frameBytes` bytes. */
+OX_EXPORT OX_Result OX_MergeDV(const void* firstFrame, const void* secondFrame, void* outFrame, int32_t frameBytes,
+                               int32_t quality);
+/* Weaves two frames of any DV `format` into `outFrame` (odd rows of the first for DV25 and DV50,
+ * even rows for DV100) and restores the first frame's display class. -3 for a non-DV format, -16
+ * without memory, otherwise the first failing decode or encode. The caller guarantees all three
+ * buffers hold the format's frame size. */
+OX_EXPORT OX_Result OX_MergeDVCPRO(const void* firstFrame, const void* secondFrame, void* outFrame,
+                                   OX_PixelFormat format, int32_t quality);
 
 #ifdef __cplusplus
 /* ======================================================================================

@@ -1,0 +1,36 @@
+// Pieces shared by the levels of the subsampling family.
+#pragma once
+
+#include <cstdint>
+
+#include "conversion/ConverterFamilies.h"
+
+namespace OX {
+
+// 4:2:2 8u (UYVY, or YUYV when LumaFirst) to VUYA 8u with alpha 255: even pixels take their own
+// chroma, odd pixels Mean(this pair's, next pair's), the last odd pixel its own pair's.
+template <bool LumaFirst, class MeanFn>
+inline void UpsampleChroma8u(const uint8_t* s, uint8_t* d, int32_t width, MeanFn mean, int32_t first = 0) {
+  constexpr int kU = LumaFirst ? 1 : 0, kY0 = LumaFirst ? 0 : 1, kV = LumaFirst ? 3 : 2, kY1 = LumaFirst ? 2 : 3;
+  for (int32_t x = first; x < width; ++x) {
+    const uint8_t* p = s + 4 * (x >> 1);
+    uint8_t* o = d + 4 * x;
+    if ((x & 1) == 0) {
+      o[0] = p[kV];
+      o[1] = p[kU];
+      o[2] = p[kY0];
+    } else {
+      const bool next = x + 1 < width;
+      o[0] = next ? uint8_t(mean(p[kV], p[kV + 4])) : p[kV];
+      o[1] = next ? uint8_t(mean(p[kU], p[kU + 4])) : p[kU];
+      o[2] = p[kY1];
+    }
+    o[3] = 255;
+  }
+}
+
+// 4:2:2 8u straight to BGR? 8u: the row goes through `upsample` in chunks into a stack buffer
+// and on through the 8u matrix step `matrixMember` of the current level, in one converter.
+void Yuv422ToBgr8uInChunks(RowConverter upsample, int matrixMember, const void* in, void* out, int32_t width);
+
+}  // namespace OX

@@ -1,0 +1,73 @@
+// Linear light, portable form. At 32f the colour samples go through sign(c) x pow(|c|, e) with
+// e = 0.45 toward gamma-coded and 2.2222223 toward linear, alpha (every fourth sample) copied.
+// BGRA 8u to linear 32f reads a table of 256 powers; linear 32f to BGRA 8u counts the boundaries
+// pow((i + 0.5) / 255, 2.2222223), i = 0..254, at or below the sample by binary search.
+#define OX_PIXELVEC_PORTABLE
+#include <cmath>
+
+#include "conversion/Linear.h"
+#include "conversion/PixelVecIsa.h"
+
+namespace OX {
+
+const LinearTables& GetLinearTables() {
+  static const LinearTables tables = [] {
+    LinearTables t;
+    for (int i = 0; i < 256; ++i) {
+      t.fToLinear[i] = std::pow(float(i) / 255.0f, kToLinearExponent);
+      t.fAlpha[i] = float(i) / 255.0f;
+    }
+    for (int i = 0; i < 255; ++i) t.fBoundary[i] = std::pow((float(i) + 0.5f) / 255.0f, kToLinearExponent);
+    return t;
+  }();
+  return tables;
+}
+// Built at load, before any converter runs.
+static const LinearTables& gLinearTablesAtLoad = GetLinearTables();
+
+}  // namespace OX
+
+namespace OX::portable {
+#include "conversion/PixelVec.inl"
+
+namespace {
+
+template <int ExponentId>
+void Power32f(const void* in, void* out, int32_t width) {
+  const float e = ExponentId == 0 ? kToGammaExponent : kToLinearExponent;
+  const float* s = static_cast<const float*>(in);
+  float* d = static_cast<float*>(out);
+  for (int32_t i = 0; i < width; ++i) {
+    for (int c = 0; c < 3; ++c) d[4 * i + c] = SignedPow(s[4 * i + c], e);
+    d[4 * i + 3] = s[4 * i + 3];
+  }
+}
+
+void Bgra8uToLinear32f(const void* in, void* out, int32_t width) {
+  const LinearTables& t = GetLinearTables();
+  const uint8_t* s = static_cast<const uint8_t*>(in);
+  float* d = static_cast<float*>(out);
+  for (int32_t i = 0; i < 4 * width; i += 4) {
+    d[i] = t.fToLinear[s[i]];
+    d[i + 1] = t.fToLinear[s[i + 1]];
+    d[i + 2] = t.fToLinear[s[i + 2]];
+    d[i + 3] = t.fAlpha[s[i + 3]];
+  }
+}
+
+void Linear32fToBgra8u(const void* in, void* out, int32_t width) {
+  const LinearTables& t = GetLinearTables();
+  const float* s = static_cast<const float*>(in);
+  uint8_t* d = static_cast<uint8_t*>(out);
+  for (int32_t i = 0; i < width; ++i) {
+    for (int c = 0; c < 3; ++c) d[4 * i + c] = CountBoundaries(t, s[4 * i + c]);
+    // Alpha: round(255 a), clamped; NaN becomes 0.
+    d[4 * i + 3] = uint8_t(RoundF(Clamp(Mul(Set1P(s[4 * i + 3]), Set1P(255.0f)), 0.0f, 255.0f)).v[0]);
+  }
+}
+
+}  // namespace
+
+const RowConverter kLinear[kLinearCount] = {&Power32f<0>, &Power32f<1>, &Bgra8uToLinear32f, &Linear32fToBgra8u};
+
+}  // namespace OX::portable

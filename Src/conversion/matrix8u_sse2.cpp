@@ -1,0 +1,8 @@
+// Colour matrices at 8u, sse2 form.
+
+#include "conversion/PixelVecIsa.h"
+
+namespace OX::sse2 {
+#include "conversion/PixelVec.inl"
+#include "conversion/matrix8u.inl"
+}  // namespace OX::sse2

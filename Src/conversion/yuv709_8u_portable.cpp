@@ -1,0 +1,8 @@
+// 601 with 709 at 8u, portable form.
+#define OX_PIXELVEC_PORTABLE
+#include "conversion/PixelVecIsa.h"
+
+namespace OX::portable {
+#include "conversion/PixelVec.inl"
+#include "conversion/yuv709_8u.inl"
+}  // namespace OX::portable
