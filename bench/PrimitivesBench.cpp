@@ -136,7 +136,7 @@ int Register() {
 #if OMBRIX_HAVE_LIBAVCODEC
   const std::string peer = "libavcodec_idct" + blocks.substr(0, blocks.size() - 6);
   benchmark::RegisterBenchmark(peer.c_str(), BM_LibavcodecIDCT)->Unit(benchmark::kMicrosecond);
-  for (int32_t level : {0, 1, highest})
+  for (int32_t level = 0; level <= highest; ++level)
     CompareWith("VecDCT8x8Inverse" + blocks + std::to_string(level), peer,
                 "inverse 8x8 DCT at level " + std::to_string(level) + " vs libavcodec");
 #endif
