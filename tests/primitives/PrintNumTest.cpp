@@ -3,6 +3,7 @@
 // the argument checks.
 #include <cmath>
 #include <cstring>
+#include <random>
 #include <set>
 #include <string>
 #include <utility>
@@ -11,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include "Ombrix.h"
+#include "frame/PixelFormat.h"
 
 namespace {
 
@@ -232,3 +234,35 @@ TEST(PrintNum, ArgumentChecks) {
 }
 
 }  // namespace
+
+namespace OX {
+namespace {
+
+// Random geometry, numbers and every raw and planar format on buffers of tight rows with guard
+// bytes after them: the overlay never writes outside the picture, whatever the fractions.
+TEST(PrintNum, NeverWritesOutsideThePicture) {
+  std::mt19937 rng(37);
+  std::vector<OX_PixelFormat> formats(kRawFormats, kRawFormats + kRawFormatCount);
+  formats.push_back(OX_PixelFormat_YUV_420_MPEG2_FIELD);
+  formats.push_back(OX_PixelFormat_YUV_420_MPEG4_FRAME_709);
+  auto fraction = [&] { return (rng() % 8 == 0) ? float(rng() % 2) : float(rng() % 10001) / 10000.0f; };
+  for (int trial = 0; trial < 3000; ++trial) {
+    const OX_PixelFormat format = formats[rng() % formats.size()];
+    const int width = int(rng() % 90), height = int(rng() % 70);
+    const bool planar = IsPlanarContainer(format);
+    const int rowBytes = planar ? 0 : TightRowBytes(format, width);
+    const size_t bytes = planar ? size_t(OX_PixelFormatSize(format, width, height)) : size_t(rowBytes) * height;
+    constexpr size_t kGuard = 64;
+    std::vector<uint8_t> buf(bytes + kGuard, 0xC5);
+    const int number = (rng() % 4 == 0) ? int(rng()) : int(rng() % 2000) - 1000;
+    const OX_Result r = OX_PrintNum(buf.data(), rowBytes, format, width, height, number, fraction(), fraction(),
+                                    fraction(), rng() % 2 == 0);
+    ASSERT_TRUE(r == 0 || r == -4) << "format " << std::hex << format;
+    for (size_t i = bytes; i < buf.size(); ++i)
+      ASSERT_EQ(buf[i], 0xC5) << "format " << std::hex << format << std::dec << " " << width << "x" << height
+                              << " wrote past the picture";
+  }
+}
+
+}  // namespace
+}  // namespace OX
