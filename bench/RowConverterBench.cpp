@@ -120,52 +120,35 @@ void BM_OurFrame(benchmark::State& state, const OX::RowConverter* (*choose)(), i
   SetRate(state, int64_t(kFrameW) * kFrameH);
 }
 
-void BM_OurRgb24(benchmark::State& state) {
-  Frame f(size_t(kFrameW) * 3 * kFrameH, size_t(kFrameW) * 4 * kFrameH);
+// A whole-frame call, ours or a peer's, from a frame of `inBpp2` / 2 bytes a pixel to one of
+// `outBpp2` / 2.
+using FrameCall = void (*)(const uint8_t* in, uint8_t* out);
+void BM_FrameCall(benchmark::State& state, FrameCall call, int inBpp2, int outBpp2) {
+  Frame f(size_t(kFrameW) * kFrameH * inBpp2 / 2, size_t(kFrameW) * kFrameH * outBpp2 / 2);
   for (auto _ : state) {
-    OX_ConvertRGB_444_8uToBGRA_4444_8u(f.a.data(), kFrameW * 3, f.b.data(), kFrameW * 4, kFrameW, kFrameH);
+    call(f.a.data(), f.b.data());
     benchmark::ClobberMemory();
   }
   SetRate(state, int64_t(kFrameW) * kFrameH);
 }
 
-void BM_YuvARGBToBGRA(benchmark::State& state) {
-  Frame f(size_t(kFrameW) * 4 * kFrameH, size_t(kFrameW) * 4 * kFrameH);
-  for (auto _ : state) {
-    libyuv::ARGBToBGRA(f.a.data(), kFrameW * 4, f.b.data(), kFrameW * 4, kFrameW, kFrameH);
-    benchmark::ClobberMemory();
-  }
-  SetRate(state, int64_t(kFrameW) * kFrameH);
+void OurRgb24(const uint8_t* in, uint8_t* out) {
+  OX_ConvertRGB_444_8uToBGRA_4444_8u(in, kFrameW * 3, out, kFrameW * 4, kFrameW, kFrameH);
 }
-
-void BM_YuvRAWToARGB(benchmark::State& state) {
-  Frame f(size_t(kFrameW) * 3 * kFrameH, size_t(kFrameW) * 4 * kFrameH);
-  for (auto _ : state) {
-    libyuv::RAWToARGB(f.a.data(), kFrameW * 3, f.b.data(), kFrameW * 4, kFrameW, kFrameH);
-    benchmark::ClobberMemory();
-  }
-  SetRate(state, int64_t(kFrameW) * kFrameH);
+void YuvARGBToBGRA(const uint8_t* in, uint8_t* out) {
+  libyuv::ARGBToBGRA(in, kFrameW * 4, out, kFrameW * 4, kFrameW, kFrameH);
 }
-
+void YuvRAWToARGB(const uint8_t* in, uint8_t* out) {
+  libyuv::RAWToARGB(in, kFrameW * 3, out, kFrameW * 4, kFrameW, kFrameH);
+}
 // Planar 4:2:2 to 4:4:4: the chroma expansion alone, the nearest equal of ours on packed pairs.
-void BM_YuvI422ToI444(benchmark::State& state) {
+void YuvI422ToI444(const uint8_t* in, uint8_t* out) {
   const size_t luma = size_t(kFrameW) * kFrameH;
-  Frame f(2 * luma, 3 * luma);
-  for (auto _ : state) {
-    libyuv::I422ToI444(f.a.data(), kFrameW, f.a.data() + luma, kFrameW / 2, f.a.data() + luma + luma / 2, kFrameW / 2,
-                       f.b.data(), kFrameW, f.b.data() + luma, kFrameW, f.b.data() + 2 * luma, kFrameW, kFrameW, kFrameH);
-    benchmark::ClobberMemory();
-  }
-  SetRate(state, int64_t(kFrameW) * kFrameH);
+  libyuv::I422ToI444(in, kFrameW, in + luma, kFrameW / 2, in + luma + luma / 2, kFrameW / 2, out, kFrameW,
+                     out + luma, kFrameW, out + 2 * luma, kFrameW, kFrameW, kFrameH);
 }
-
-void BM_YuvUYVYToARGB(benchmark::State& state) {
-  Frame f(size_t(kFrameW) * 2 * kFrameH, size_t(kFrameW) * 4 * kFrameH);
-  for (auto _ : state) {
-    libyuv::UYVYToARGB(f.a.data(), kFrameW * 2, f.b.data(), kFrameW * 4, kFrameW, kFrameH);
-    benchmark::ClobberMemory();
-  }
-  SetRate(state, int64_t(kFrameW) * kFrameH);
+void YuvUYVYToARGB(const uint8_t* in, uint8_t* out) {
+  libyuv::UYVYToARGB(in, kFrameW * 2, out, kFrameW * 4, kFrameW, kFrameH);
 }
 #endif
 
@@ -186,13 +169,13 @@ int Register() {
     benchmark::RegisterBenchmark(name, fn, args...)->Unit(benchmark::kMicrosecond)->UseRealTime();
   };
   frame("RowConverter/frame/Reverse8u", BM_OurFrame, &OX::ChooseOrder, int(OX::kReverse8u), 8, 8);
-  frame("libyuv/ARGBToBGRA", BM_YuvARGBToBGRA);
-  frame("RowConverter/frame/RGB_444_8uToBGRA", BM_OurRgb24);
-  frame("libyuv/RAWToARGB", BM_YuvRAWToARGB);
+  frame("libyuv/ARGBToBGRA", BM_FrameCall, &YuvARGBToBGRA, 8, 8);
+  frame("RowConverter/frame/RGB_444_8uToBGRA", BM_FrameCall, &OurRgb24, 6, 8);
+  frame("libyuv/RAWToARGB", BM_FrameCall, &YuvRAWToARGB, 6, 8);
   frame("RowConverter/frame/Uyvy8uToVuy8u", BM_OurFrame, &OX::ChooseSubsample, int(OX::kUyvy8uToVuy8u), 4, 8);
-  frame("libyuv/I422ToI444", BM_YuvI422ToI444);
+  frame("libyuv/I422ToI444", BM_FrameCall, &YuvI422ToI444, 4, 6);
   frame("RowConverter/frame/Uyvy8uToBgr8u601", BM_OurFrame, &OX::ChooseSubsample, int(OX::kUyvy8uToBgr8u601), 4, 8);
-  frame("libyuv/UYVYToARGB", BM_YuvUYVYToARGB);
+  frame("libyuv/UYVYToARGB", BM_FrameCall, &YuvUYVYToARGB, 4, 8);
   const PeerRow kPeers[] = {
       {"RowConverter/frame/Reverse8u/real_time", "libyuv/ARGBToBGRA/real_time", "4-byte channel reverse 1920x1080"},
       {"RowConverter/frame/RGB_444_8uToBGRA/real_time", "libyuv/RAWToARGB/real_time", "RGB 24-bit to BGRA 1920x1080"},
