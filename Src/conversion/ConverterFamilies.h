@@ -126,9 +126,3 @@ OX_CONVERTER_FAMILIES(OX_DECLARE_CHOOSER)
 
 }  // namespace OX
 
-namespace OX {
-// The converter of a step that the route table names, from `from` to the format the step lands
-// on. The same as FindRowConverter except for BGRA_4444_15u landing on BGRP_4444_15u, which runs
-// the 15u un-premultiply (a route-table pairing that is kept as it is).
-RowConverter FindRouteRowConverter(OX_PixelFormat from, OX_PixelFormat landsOn, int32_t quality);
-}  // namespace OX
