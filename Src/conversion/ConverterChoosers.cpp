@@ -55,6 +55,7 @@ const RowConverter* ChooseOrder() {
   return portable::kOrder;
 }
 const RowConverter* ChooseSubsample() {
+  if (gHasAVX2) return avx2::kSubsample;
   if (gHasSSSE3) return ssse3::kSubsample;
   return portable::kSubsample;
 }

@@ -119,6 +119,7 @@ OX_DECLARE_TABLE(Yuv709_8u, kYuv709_8uCount)
 OX_DECLARE_TABLE(Order, kOrderCount)
 OX_DECLARE_TABLE(V210, kV210Count)
 OX_DECLARE_TABLE(Alpha, kAlphaCount)
+OX_DECLARE_TABLE(Subsample, kSubsampleCount)
 }  // namespace avx2
 #undef OX_DECLARE_TABLE
 

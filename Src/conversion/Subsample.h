@@ -33,4 +33,12 @@ inline void UpsampleChroma8u(const uint8_t* s, uint8_t* d, int32_t width, MeanFn
 // and on through the 8u matrix step `matrixMember` of the current level, in one converter.
 void Yuv422ToBgr8uInChunks(RowConverter upsample, int matrixMember, const void* in, void* out, int32_t width);
 
+// The forms with no vector level, shared by every level's table.
+namespace portable {
+void Vuy8uToUyvy8u(const void* in, void* out, int32_t width);
+void Vuy32fToUyvy32f(const void* in, void* out, int32_t width);
+template <bool Filter>
+void Uyvy32fToVuy32f(const void* in, void* out, int32_t width);
+}  // namespace portable
+
 }  // namespace OX

@@ -9,7 +9,6 @@
 #include "conversion/Subsample.h"
 
 namespace OX::portable {
-namespace {
 
 // VUYP or VUYX 8u to UYVY 8u; the alpha byte is discarded.
 void Vuy8uToUyvy8u(const void* in, void* out, int32_t width) {
@@ -112,6 +111,8 @@ void Uyvy32fToVuy32f(const void* in, void* out, int32_t width) {
   }
 }
 
+namespace {
+
 // 4:2:2 8u to VUY? 8u, the mean rounded down.
 template <bool LumaFirst>
 void Yuv422ToVuy8u(const void* in, void* out, int32_t width) {
@@ -125,6 +126,9 @@ void Yuv422ToBgr8u(const void* in, void* out, int32_t width) {
 }
 
 }  // namespace
+
+template void Uyvy32fToVuy32f<false>(const void*, void*, int32_t);
+template void Uyvy32fToVuy32f<true>(const void*, void*, int32_t);
 
 const RowConverter kSubsample[kSubsampleCount] = {
     &Vuy8uToUyvy8u,          &Vuy32fToUyvy32f,
