@@ -57,6 +57,7 @@ const RowConverter* ChooseOrder() {
 const RowConverter* ChooseSubsample() {
   if (gHasAVX2) return avx2::kSubsample;
   if (gHasSSSE3) return ssse3::kSubsample;
+  if (gHasSSE2) return sse2::kSubsample;
   return portable::kSubsample;
 }
 const RowConverter* ChooseV210() {

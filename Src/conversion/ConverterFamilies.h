@@ -95,6 +95,7 @@ OX_DECLARE_TABLE(Matrix32f, kMatrix32fCount)
 OX_DECLARE_TABLE(Yuv709_8u, kYuv709_8uCount)
 OX_DECLARE_TABLE(Premul15u, kPremul15uCount)
 OX_DECLARE_TABLE(Alpha, kAlphaCount)
+OX_DECLARE_TABLE(Subsample, kSubsampleCount)
 }  // namespace sse2
 namespace ssse3 {
 OX_DECLARE_TABLE(Order, kOrderCount)

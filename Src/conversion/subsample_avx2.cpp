@@ -70,7 +70,7 @@ void Yuv422ToBgr8u(const void* in, void* out, int32_t width) {
 }  // namespace
 
 const RowConverter kSubsample[kSubsampleCount] = {
-    &portable::Vuy8uToUyvy8u,          &portable::Vuy32fToUyvy32f,
+    &sse2::Vuy8uToUyvy8u,          &portable::Vuy32fToUyvy32f,
     &Yuv422ToVuy8u<false>,             &Yuv422ToVuy8u<true>,
     &portable::Uyvy32fToVuy32f<false>, &portable::Uyvy32fToVuy32f<true>,
     &Yuv422ToBgr8u<false, k601, kVuy8uToBgr8u601>, &Yuv422ToBgr8u<false, k709, kVuy8uToBgr8u709>,
