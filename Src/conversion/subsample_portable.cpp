@@ -7,6 +7,7 @@
 
 #include "conversion/ConverterFamilies.h"
 #include "conversion/Subsample.h"
+#include "conversion/Unaligned.h"
 
 namespace OX::portable {
 
@@ -18,32 +19,25 @@ void Vuy8uToUyvy8u(const void* in, void* out, int32_t width) {
 // VUY? 32f to UYVY 32f: (a + 2 b + c) / 4 in floats; the first pair (3 c0 + c1) / 4 for both
 // chroma samples.
 void Vuy32fToUyvy32f(const void* in, void* out, int32_t width) {
-  const float* s = static_cast<const float*>(in);
-  float* d = static_cast<float*>(out);
+  auto at = [&](ptrdiff_t i) { return LoadAt<float>(in, i); };  // float i of the row
   for (int32_t k = 0; 2 * k + 1 < width; ++k) {
-    const float* p = s + 8 * k;
+    const ptrdiff_t p = 8 * ptrdiff_t(k);  // pixel e = 2k
     float u, v;
     if (k == 0) {
-      u = (3.0f * p[1] + p[5]) * 0.25f;
-      v = (3.0f * p[0] + p[4]) * 0.25f;
+      u = (3.0f * at(1) + at(5)) * 0.25f;
+      v = (3.0f * at(0) + at(4)) * 0.25f;
     } else {
-      u = (p[-3] + 2.0f * p[1] + p[5]) * 0.25f;
-      v = (p[-4] + 2.0f * p[0] + p[4]) * 0.25f;
+      u = (at(p - 3) + 2.0f * at(p + 1) + at(p + 5)) * 0.25f;
+      v = (at(p - 4) + 2.0f * at(p) + at(p + 4)) * 0.25f;
     }
-    float* o = d + 4 * k;
-    o[0] = u;
-    o[1] = p[2];
-    o[2] = v;
-    o[3] = p[6];
+    const float o[4] = {u, at(p + 2), v, at(p + 6)};
+    std::memcpy(static_cast<uint8_t*>(out) + 16 * k, o, 16);
   }
   if (width > 0 && (width & 1)) {
     // The last pixel alone (and a width of 1): its chroma and luma, and 0.0 as the second luma.
-    const float* p = s + 4 * (width - 1);
-    float* o = d + 2 * (width - 1);
-    o[0] = p[1];
-    o[1] = p[2];
-    o[2] = p[0];
-    o[3] = 0.0f;
+    const ptrdiff_t p = 4 * ptrdiff_t(width - 1);
+    const float o[4] = {at(p + 1), at(p + 2), at(p), 0.0f};
+    std::memcpy(static_cast<uint8_t*>(out) + 8 * (width - 1), o, 16);
   }
 }
 
@@ -52,34 +46,24 @@ void Vuy32fToUyvy32f(const void* in, void* out, int32_t width) {
 // indices held inside the row. An odd last pixel writes its V into both chroma places.
 template <bool Filter>
 void Uyvy32fToVuy32f(const void* in, void* out, int32_t width) {
-  const float* s = static_cast<const float*>(in);
-  float* d = static_cast<float*>(out);
   if (width <= 0) return;
   const int32_t pairs = (width + 1) / 2;
-  auto at = [&](int32_t k, int c) { return s[4 * (k < 0 ? 0 : k >= pairs ? pairs - 1 : k) + c]; };
+  // Sample c (0 U, 1 Y0, 2 V, 3 Y1) of pair k, k held inside the row.
+  auto at = [&](int32_t k, int c) { return LoadAt<float>(in, 4 * ptrdiff_t(k < 0 ? 0 : k >= pairs ? pairs - 1 : k) + c); };
+  uint8_t* d = static_cast<uint8_t*>(out);
   for (int32_t k = 0; k < pairs; ++k) {
-    const float* p = s + 4 * k;
-    float* o = d + 8 * k;
     if (2 * k + 1 >= width) {
-      o[0] = p[2];
-      o[1] = p[2];
-      o[2] = p[1];
-      o[3] = 1.0f;
+      const float o[4] = {at(k, 2), at(k, 2), at(k, 1), 1.0f};
+      std::memcpy(d + 32 * k, o, 16);
       break;
     }
-    o[0] = p[2];
-    o[1] = p[0];
-    o[2] = p[1];
-    o[3] = 1.0f;
-    float u = p[0], v = p[2];
+    float u = at(k, 0), v = at(k, 2);
     if (Filter) {
       u = (9.0f * (at(k, 0) + at(k + 1, 0)) - at(k - 1, 0) - at(k + 2, 0)) * 0.0625f;
       v = (9.0f * (at(k, 2) + at(k + 1, 2)) - at(k - 1, 2) - at(k + 2, 2)) * 0.0625f;
     }
-    o[4] = v;
-    o[5] = u;
-    o[6] = p[3];
-    o[7] = 1.0f;
+    const float o[8] = {at(k, 2), at(k, 0), at(k, 1), 1.0f, v, u, at(k, 3), 1.0f};
+    std::memcpy(d + 32 * k, o, 32);
   }
 }
 
