@@ -52,8 +52,10 @@ void Bgra8uToLinear32f(const void* in, void* out, int32_t width) {
   const LinearTables& t = GetLinearTables();
   const uint8_t* s = static_cast<const uint8_t*>(in);
   for (ptrdiff_t i = 0; i < 4 * ptrdiff_t(width); i += 4) {
-    const float px[4] = {t.fToLinear[s[i]], t.fToLinear[s[i + 1]], t.fToLinear[s[i + 2]], t.fAlpha[s[i + 3]]};
-    std::memcpy(static_cast<uint8_t*>(out) + 4 * i, px, 16);
+    StoreAt(out, i, t.fToLinear[s[i]]);
+    StoreAt(out, i + 1, t.fToLinear[s[i + 1]]);
+    StoreAt(out, i + 2, t.fToLinear[s[i + 2]]);
+    StoreAt(out, i + 3, t.fAlpha[s[i + 3]]);
   }
 }
 

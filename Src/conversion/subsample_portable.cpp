@@ -10,6 +10,17 @@
 #include "conversion/Unaligned.h"
 
 namespace OX::portable {
+namespace {
+
+// Four floats at any byte address, one at a time (a whole-array copy would go through the stack).
+inline void Store4(uint8_t* d, float a, float b, float c, float e) {
+  StoreAt(d, 0, a);
+  StoreAt(d, 1, b);
+  StoreAt(d, 2, c);
+  StoreAt(d, 3, e);
+}
+
+}  // namespace
 
 // VUYP or VUYX 8u to UYVY 8u; the alpha byte is discarded.
 void Vuy8uToUyvy8u(const void* in, void* out, int32_t width) {
@@ -30,14 +41,12 @@ void Vuy32fToUyvy32f(const void* in, void* out, int32_t width) {
       u = (at(p - 3) + 2.0f * at(p + 1) + at(p + 5)) * 0.25f;
       v = (at(p - 4) + 2.0f * at(p) + at(p + 4)) * 0.25f;
     }
-    const float o[4] = {u, at(p + 2), v, at(p + 6)};
-    std::memcpy(static_cast<uint8_t*>(out) + 16 * k, o, 16);
+    Store4(static_cast<uint8_t*>(out) + 16 * k, u, at(p + 2), v, at(p + 6));
   }
   if (width > 0 && (width & 1)) {
     // The last pixel alone (and a width of 1): its chroma and luma, and 0.0 as the second luma.
     const ptrdiff_t p = 4 * ptrdiff_t(width - 1);
-    const float o[4] = {at(p + 1), at(p + 2), at(p), 0.0f};
-    std::memcpy(static_cast<uint8_t*>(out) + 8 * (width - 1), o, 16);
+    Store4(static_cast<uint8_t*>(out) + 8 * (width - 1), at(p + 1), at(p + 2), at(p), 0.0f);
   }
 }
 
@@ -48,22 +57,33 @@ template <bool Filter>
 void Uyvy32fToVuy32f(const void* in, void* out, int32_t width) {
   if (width <= 0) return;
   const int32_t pairs = (width + 1) / 2;
-  // Sample c (0 U, 1 Y0, 2 V, 3 Y1) of pair k, k held inside the row.
-  auto at = [&](int32_t k, int c) { return LoadAt<float>(in, 4 * ptrdiff_t(k < 0 ? 0 : k >= pairs ? pairs - 1 : k) + c); };
+  // Pair k's four samples (U, Y0, V, Y1), k held inside the row. A window of four pairs slides
+  // along: k - 1, k, k + 1, k + 2.
+  auto load = [&](int32_t k, float (&p)[4]) {
+    std::memcpy(p, static_cast<const uint8_t*>(in) + 16 * ptrdiff_t(k < 0 ? 0 : k >= pairs ? pairs - 1 : k), 16);
+  };
+  float left[4], here[4], right[4], far[4];
+  load(-1, left);
+  load(0, here);
+  load(1, right);
+  load(2, far);
   uint8_t* d = static_cast<uint8_t*>(out);
   for (int32_t k = 0; k < pairs; ++k) {
     if (2 * k + 1 >= width) {
-      const float o[4] = {at(k, 2), at(k, 2), at(k, 1), 1.0f};
-      std::memcpy(d + 32 * k, o, 16);
+      Store4(d + 32 * k, here[2], here[2], here[1], 1.0f);
       break;
     }
-    float u = at(k, 0), v = at(k, 2);
+    float u = here[0], v = here[2];
     if (Filter) {
-      u = (9.0f * (at(k, 0) + at(k + 1, 0)) - at(k - 1, 0) - at(k + 2, 0)) * 0.0625f;
-      v = (9.0f * (at(k, 2) + at(k + 1, 2)) - at(k - 1, 2) - at(k + 2, 2)) * 0.0625f;
+      u = (9.0f * (here[0] + right[0]) - left[0] - far[0]) * 0.0625f;
+      v = (9.0f * (here[2] + right[2]) - left[2] - far[2]) * 0.0625f;
     }
-    const float o[8] = {at(k, 2), at(k, 0), at(k, 1), 1.0f, v, u, at(k, 3), 1.0f};
-    std::memcpy(d + 32 * k, o, 32);
+    Store4(d + 32 * k, here[2], here[0], here[1], 1.0f);
+    Store4(d + 32 * k + 16, v, u, here[3], 1.0f);
+    std::memcpy(left, here, 16);
+    std::memcpy(here, right, 16);
+    std::memcpy(right, far, 16);
+    load(k + 3, far);
   }
 }
 

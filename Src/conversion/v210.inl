@@ -56,9 +56,10 @@ void V210ToUyvy32f(const void* in, void* out, int32_t width) {
   for (int32_t k = 0; k < pairs; ++k) {
     const int j = k % 3;
     if (j == 0) UnpackV210(s + 4 * (k / 3), g);
-    const float pair[4] = {(float(g.u[j]) - 512.0f) * 0.0011160715f, (float(g.y[2 * j]) - 64.0f) * 0.0011415525f,
-                           (float(g.v[j]) - 512.0f) * 0.0011160715f, (float(g.y[2 * j + 1]) - 64.0f) * 0.0011415525f};
-    std::memcpy(static_cast<uint8_t*>(out) + 16 * k, pair, 16);
+    StoreAt(out, 4 * k, (float(g.u[j]) - 512.0f) * 0.0011160715f);
+    StoreAt(out, 4 * k + 1, (float(g.y[2 * j]) - 64.0f) * 0.0011415525f);
+    StoreAt(out, 4 * k + 2, (float(g.v[j]) - 512.0f) * 0.0011160715f);
+    StoreAt(out, 4 * k + 3, (float(g.y[2 * j + 1]) - 64.0f) * 0.0011415525f);
   }
 }
 
