@@ -31,8 +31,9 @@ enum Matrix8uMember {
 enum Matrix32fMember { kYuv601ToRgb32f, kYuv709ToRgb32f, kRgbToYuv601_32f, kRgbToYuv709_32f, kYuv601To709_32f, kYuv709To601_32f, kMatrix32fCount };
 // 601 with 709 at 8u, without rescaling the code values. AVX2, AVX, SSE2, portable.
 enum Yuv709_8uMember { kVuy601To709_8u, kVuy709To601_8u, kUyvy601To709_8u, kUyvy709To601_8u, kYuyv601To709_8u, kYuyv709To601_8u, kYuv709_8uCount };
-// Alpha forms with one form: premultiply and un-premultiply at 8u, 32f premultiply, 15u
-// un-premultiply, opaque alpha at every depth, the fused 8u to 32f premultiplied steps.
+// Alpha forms: premultiply and un-premultiply at 8u, 32f premultiply, 15u
+// un-premultiply, opaque alpha at every depth, the fused 8u to 32f premultiplied steps. AVX2,
+// SSE2, portable (for speed on the 8u hot paths; every level gives the same bytes).
 enum AlphaMember {
   kPremul8uRgbLast, kPremul8uRgbFirst, kPremul8uYuv,
   kUnpremul8uRgbLast, kUnpremul8uRgbFirst, kUnpremul8uYuv,
@@ -48,8 +49,10 @@ enum Premul15uMember { kPremul15uLast, kPremul15uFirst, kPremul15uCount };
 // AVX, portable (scalar).
 enum Unpremul32fMember { kUnpremul32fRcp, kUnpremul32fDiv, kUnpremul32fCount };
 // Channel order: reversed four-sample pixels at 8u, 15u, 32f; swapped luma and chroma at 4:2:2.
+// AVX2, SSSE3, portable.
 enum OrderMember { kReverse8u, kReverse15u, kReverse32f, kSwap422_8u, kSwap422_32f, kOrderCount };
-// Subsampling both ways, and 4:2:2 8u straight to RGB 8u.
+// Subsampling both ways, and 4:2:2 8u straight to RGB 8u. AVX2, SSSE3 (the rounded-up chroma
+// mean), SSE2, portable.
 enum SubsampleMember {
   kVuy8uToUyvy8u, kVuy32fToUyvy32f,
   kUyvy8uToVuy8u, kYuyv8uToVuy8u,
@@ -57,13 +60,14 @@ enum SubsampleMember {
   kUyvy8uToBgr8u601, kUyvy8uToBgr8u709, kYuyv8uToBgr8u601, kYuyv8uToBgr8u709,
   kSubsampleCount
 };
-// V210 both ways.
+// V210 both ways. AVX2, SSSE3, portable.
 enum V210Member {
   kUyvy8uToV210, kUyvy32fToV210, kV210ToUyvy8u, kV210ToUyvy32f,
   kV210ToVuy8u, kV210_709ToVuy8u601, kV210ToBgr8u601, kV210ToBgr8u709,
   kV210Count
 };
-// Linear light at 32f (pow both ways) and between 8u and 32f Linear (table, boundary search).
+// Linear light at 32f (pow both ways) and between 8u and 32f Linear (table, boundary count).
+// One form: the C library's pow per sample is the work, and a vector form would not be faster.
 enum LinearMember { kLinearToGamma32f, kGammaToLinear32f, kBgra8uToLinear32f, kLinear32fToBgra8u, kLinearCount };
 
 #define OX_CONVERTER_FAMILIES(X)                \
@@ -93,6 +97,8 @@ OX_DECLARE_TABLE(Matrix8u, kMatrix8uCount)
 OX_DECLARE_TABLE(Matrix32f, kMatrix32fCount)
 OX_DECLARE_TABLE(Yuv709_8u, kYuv709_8uCount)
 OX_DECLARE_TABLE(Premul15u, kPremul15uCount)
+OX_DECLARE_TABLE(Alpha, kAlphaCount)
+OX_DECLARE_TABLE(Subsample, kSubsampleCount)
 }  // namespace sse2
 namespace ssse3 {
 OX_DECLARE_TABLE(Order, kOrderCount)
@@ -116,6 +122,8 @@ OX_DECLARE_TABLE(Matrix32f, kMatrix32fCount)
 OX_DECLARE_TABLE(Yuv709_8u, kYuv709_8uCount)
 OX_DECLARE_TABLE(Order, kOrderCount)
 OX_DECLARE_TABLE(V210, kV210Count)
+OX_DECLARE_TABLE(Alpha, kAlphaCount)
+OX_DECLARE_TABLE(Subsample, kSubsampleCount)
 }  // namespace avx2
 #undef OX_DECLARE_TABLE
 
@@ -126,9 +134,3 @@ OX_CONVERTER_FAMILIES(OX_DECLARE_CHOOSER)
 
 }  // namespace OX
 
-namespace OX {
-// The converter of a step that the route table names, from `from` to the format the step lands
-// on. The same as FindRowConverter except for BGRA_4444_15u landing on BGRP_4444_15u, which runs
-// the 15u un-premultiply (a route-table pairing that is kept as it is).
-RowConverter FindRouteRowConverter(OX_PixelFormat from, OX_PixelFormat landsOn, int32_t quality);
-}  // namespace OX
