@@ -176,6 +176,32 @@ OX_EXPORT OX_Result OX_CopyPlanar_8u(const void* const sourcePlanes[3], const in
 
 /* ---- Primitives and small exports --------------------------------------------------------- */
 
+/* Stamps `number` on the frame in red seven-segment digits ("%d" when `decimal`, else "%x"), one
+ * pixel thick, the first cell at (xFraction, yFraction) of the frame (at least 4 pixels in), cells
+ * sizeFraction of the width wide, shrunk until the text fits. -4 for a format it cannot draw on
+ * (15u, containers other than planar 4:2:0), -5 / -6 for a negative width / height, -999 for a
+ * fraction outside 0..1. The caller guarantees the buffer holds `height` rows at `rowBytes`
+ * (planar 4:2:0: the layout of OX_GetPlanarBuffers, `rowBytes` unused). */
+OX_EXPORT OX_Result OX_PrintNum(void* buffer, int32_t rowBytes, OX_PixelFormat format, int32_t width, int32_t height,
+                                int32_t number, float sizeFraction, float xFraction, float yFraction, bool decimal);
+/* dst[i] = src[i] * 2^-scaleFactor: roundMode 1 rounds to nearest (ties to even), any other value
+ * truncates; 2147483520.0 and above give 0x7FFFFFFF, -2147483648.0 and below 0x80000000, NaN 0.
+ * -999 for a null pointer or a length below 1. */
+OX_EXPORT OX_Result OX_Convert_32f32sSfs(const float* source, int32_t* destination, int32_t length, int32_t roundMode,
+                                         int32_t scaleFactor);
+/* The same to 16 bits, the scaled value limited to -32768.0..32767.0 before rounding. */
+OX_EXPORT OX_Result OX_Convert_32f16sSfs(const float* source, int16_t* destination, int32_t length, int32_t roundMode,
+                                         int32_t scaleFactor);
+/* dst = limit(src * constant[c]) for each of the four byte channels of `width` pixels on `height`
+ * rows: scaleFactor 0 the product, negative shifted left, positive shifted right rounding to
+ * nearest (ties to even), limited to 255 (above 16 all zero). The four constant bytes are read
+ * before any write. -999 for a null pointer or a width or height below 1. */
+OX_EXPORT OX_Result OX_MultiplyByConstant(int32_t width, int32_t height, const void* source, int32_t sourceRowBytes,
+                                          void* destination, int32_t destinationRowBytes, const uint8_t* constant,
+                                          int32_t scaleFactor);
+/* G.711 A-law bytes to `length` linear 16-bit samples; -999 for a null pointer or a length below 1. */
+OX_EXPORT OX_Result OX_DecodeALawTo16Bit(const void* source, int16_t* destination, int32_t length);
+
 /* ---- Side conversions ----------------------------------------------------------------------- */
 
 /* ---- Conversion --------------------------------------------------------------------------- */

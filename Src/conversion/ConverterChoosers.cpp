@@ -45,9 +45,20 @@ const RowConverter* ChooseUnpremul32f() {
   if (gHasAVX) return avx::kUnpremul32f;
   return portable::kUnpremul32f;
 }
-const RowConverter* ChooseOrder() { return portable::kOrder; }
-const RowConverter* ChooseSubsample() { return portable::kSubsample; }
-const RowConverter* ChooseV210() { return portable::kV210; }
+const RowConverter* ChooseOrder() {
+  if (gHasAVX2) return avx2::kOrder;
+  if (gHasSSSE3) return ssse3::kOrder;
+  return portable::kOrder;
+}
+const RowConverter* ChooseSubsample() {
+  if (gHasSSSE3) return ssse3::kSubsample;
+  return portable::kSubsample;
+}
+const RowConverter* ChooseV210() {
+  if (gHasAVX2) return avx2::kV210;
+  if (gHasSSSE3) return ssse3::kV210;
+  return portable::kV210;
+}
 const RowConverter* ChooseLinear() { return portable::kLinear; }
 
 void Yuv422ToBgr8uInChunks(RowConverter upsample, int matrixMember, const void* in, void* out, int32_t width) {

@@ -94,6 +94,11 @@ OX_DECLARE_TABLE(Matrix32f, kMatrix32fCount)
 OX_DECLARE_TABLE(Yuv709_8u, kYuv709_8uCount)
 OX_DECLARE_TABLE(Premul15u, kPremul15uCount)
 }  // namespace sse2
+namespace ssse3 {
+OX_DECLARE_TABLE(Order, kOrderCount)
+OX_DECLARE_TABLE(Subsample, kSubsampleCount)
+OX_DECLARE_TABLE(V210, kV210Count)
+}  // namespace ssse3
 namespace sse41 {
 OX_DECLARE_TABLE(Depth15u, kDepth15uCount)
 OX_DECLARE_TABLE(Premul15u, kPremul15uCount)
@@ -109,6 +114,8 @@ OX_DECLARE_TABLE(Range8u32f, kRange8u32fCount)
 OX_DECLARE_TABLE(Matrix8u, kMatrix8uCount)
 OX_DECLARE_TABLE(Matrix32f, kMatrix32fCount)
 OX_DECLARE_TABLE(Yuv709_8u, kYuv709_8uCount)
+OX_DECLARE_TABLE(Order, kOrderCount)
+OX_DECLARE_TABLE(V210, kV210Count)
 }  // namespace avx2
 #undef OX_DECLARE_TABLE
 

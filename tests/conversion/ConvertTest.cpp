@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "conversion/ConvertPipeline.h"
+#include "conversion/RowConverterChain.h"
 #include "frame/PixelFormat.h"
 
 namespace OX {
@@ -127,6 +128,16 @@ TEST(Convert, ResultCodes) {
   };
   for (const Case& c : cases)
     EXPECT_EQ(OX_Convert(a.data(), 64, c.fFrom, b.data(), 64, c.fTo, 16, c.fHeight, 3), c.fResult);
+  // Nothing to write: a width of 0 or less; missing buffers with rows to write are refused.
+  for (int w : {0, -5})
+    EXPECT_EQ(OX_Convert(a.data(), 64, OX_PixelFormat_BGRA_4444_8u, b.data(), 64, OX_PixelFormat_UYVY_422_8u, w, 4, 3),
+              OX_Success);
+  EXPECT_EQ(OX_Convert(nullptr, 64, OX_PixelFormat_BGRA_4444_8u, b.data(), 64, OX_PixelFormat_UYVY_422_8u, 16, 4, 3),
+            OX_ErrNullSource);
+  EXPECT_EQ(OX_Convert(a.data(), 64, OX_PixelFormat_BGRA_4444_8u, nullptr, 64, OX_PixelFormat_UYVY_422_8u, 16, 4, 3),
+            OX_ErrNullDest);
+  EXPECT_EQ(OX_Convert(nullptr, 64, OX_PixelFormat_BGRA_4444_8u, b.data(), 64, OX_PixelFormat_BGRA_4444_8u, 16, 4, 3),
+            OX_ErrNullSource);
   EXPECT_EQ(b, std::vector<uint8_t>(4096, 0));
   // The raw road refuses containers outright.
   EXPECT_EQ(OX_ConvertRows(a.data(), 64, OX_PixelFormat_NTSCDV25, b.data(), 64, OX_PixelFormat_BGRA_4444_8u, 16, 2, 3),
@@ -205,6 +216,25 @@ TEST(Convert, PaddedAndNegativeRowBytes) {
     for (int y = 0; y < height; ++y)
       ASSERT_EQ(std::memcmp(&dstReversed[size_t(height - 1 - y) * dTight], &reference[size_t(y) * dTight], dTight), 0)
           << "row " << y;
+  }
+}
+
+// Rows wider than 16384 pixels take their scratch from transient blocks; the result is the chain's.
+TEST(Convert, WideRowsUseTransientScratch) {
+  const int width = 20000, height = 2;
+  const int32_t sRow = width * 4, dRow = TightRowBytes(OX_PixelFormat_UYVY_422_8u, width);
+  const std::vector<uint8_t> src = RandomBytes(size_t(sRow) * height, 8);
+  std::vector<uint8_t> dst(size_t(dRow) * height, 0);
+  ASSERT_EQ(OX_Convert(src.data(), sRow, OX_PixelFormat_BGRA_4444_8u, dst.data(), dRow, OX_PixelFormat_UYVY_422_8u,
+                       width, height, 3),
+            0);
+  const RowConverterChain chain(OX_PixelFormat_BGRA_4444_8u, OX_PixelFormat_UYVY_422_8u, 3);
+  ASSERT_EQ(chain.Count(), 3);
+  std::vector<uint8_t> a(size_t(width) * 16), b(size_t(width) * 16), row(size_t(dRow) + 0);
+  for (int y = 0; y < height; ++y) {
+    // Bottom-up source row y is picture row height - 1 - y, stored top-down in the destination.
+    chain.ApplyWithScratch(&src[size_t(y) * sRow], row.data(), width, a.data(), b.data());
+    EXPECT_EQ(std::memcmp(row.data(), &dst[size_t(height - 1 - y) * dRow], size_t(dRow)), 0) << "row " << y;
   }
 }
 
