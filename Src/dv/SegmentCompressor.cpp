@@ -363,82 +363,110 @@ struct BlockCost {
   double distortion;
 };
 
-// Bits and quantisation error of one block at the given area shifts.
+// Bits and quantisation error of one block at the given area shifts, in one walk of its words
+// by the rules of BlockBitsFor.
 BlockCost CostOf(const BlockRecord& record, const uint8_t shifts[4]) {
   const double* inverse = kInverseWeight2.f[record.dctMode];
   const uint8_t* scan = dv::kScan[record.dctMode];
   double distortion = 0;
+  int bits = 16;
+  uint32_t run = 0;
   for (const CoefficientWord* w = record.wordList + 1; *w != kEndOfWords; ++w) {
-    const int position = (*w >> 8) & 0x7F;
-    const uint32_t magnitude = *w >> 16;
+    const uint32_t word = *w;
+    const int position = (word >> 8) & 0x7F;
+    const uint32_t magnitude = word >> 16;
     const int shift = shifts[dv::AreaOfZigzag(position)];
-    const double error = double(magnitude - ((magnitude >> shift) << shift));
+    const uint32_t m = magnitude >> shift;
+    const double error = double(magnitude - (m << shift));
     distortion += error * error * inverse[scan[position]];
+    run += word & 0xFF;
+    if (m > 255) return {kSegmentBudgetBits, distortion};
+    if (m == 0) {
+      ++run;
+      continue;
+    }
+    if (m > dv::kVLCRunLimit[run]) {
+      if (run) bits += gDVZeroRunCodes[run].length;
+      bits += gDVRunLevelCodes[0][m].length;
+    } else {
+      bits += gDVRunLevelCodes[run][m].length;
+    }
+    run = 0;
   }
-  return {BlockBitsFor(record.wordList, shifts, 0), distortion};
+  return {bits, distortion};
 }
+
+// The gain of a step: distortion saved per bit spent; a step that saves bits comes first.
+double Score(int bits, double saved) { return bits <= 0 ? 1e300 : saved / bits; }
 
 }  // namespace
 
 void SegmentCompressor::Refine(uint8_t qnos[5]) {
   const int count = BlockCount();
+  const int per = blocksPerMacroblock;
   BlockCost current[kMaxBlocks];
+  // Costs of the candidate steps, kept until the block or macroblock they belong to changes.
+  BlockCost finerClass[kMaxBlocks];
+  BlockCost finerQNO[kMaxBlocks];
+  bool classValid[kMaxBlocks] = {};
+  bool qnoValid[5] = {};
   int total = 0;
   for (int b = 0; b < count; ++b) {
-    current[b] = CostOf(blocks[b], QuantShiftsOf(qnos[b / blocksPerMacroblock], blocks[b].classNumber).f);
+    current[b] = CostOf(blocks[b], QuantShiftsOf(qnos[b / per], blocks[b].classNumber).f);
     total += current[b].bits;
   }
   for (;;) {
     const int slack = kSegmentBudgetBits - total;
-    // Candidate 0..count-1: one block a class finer; count..count+4: one macroblock a QNO finer.
     int best = -1;
     double bestScore = 0;
-    BlockCost bestCosts[8];
-    BlockCost trial[8];
     for (int b = 0; b < count; ++b) {
       if (blocks[b].classNumber == 0) continue;
-      trial[0] = CostOf(blocks[b], QuantShiftsOf(qnos[b / blocksPerMacroblock], blocks[b].classNumber - 1).f);
-      const int bits = trial[0].bits - current[b].bits;
-      const double saved = current[b].distortion - trial[0].distortion;
+      if (!classValid[b]) {
+        finerClass[b] = CostOf(blocks[b], QuantShiftsOf(qnos[b / per], blocks[b].classNumber - 1).f);
+        classValid[b] = true;
+      }
+      const int bits = finerClass[b].bits - current[b].bits;
+      const double saved = current[b].distortion - finerClass[b].distortion;
       if (bits > slack || saved <= 0) continue;
-      const double score = bits <= 0 ? 1e300 : saved / bits;
+      const double score = Score(bits, saved);
       if (score > bestScore) {
         bestScore = score;
         best = b;
-        bestCosts[0] = trial[0];
       }
     }
     for (int m = 0; m < 5; ++m) {
       if (qnos[m] == 15) continue;
       int bits = 0;
       double saved = 0;
-      for (int i = 0; i < blocksPerMacroblock; ++i) {
-        const int b = m * blocksPerMacroblock + i;
-        trial[i] = CostOf(blocks[b], QuantShiftsOf(qnos[m] + 1, blocks[b].classNumber).f);
-        bits += trial[i].bits - current[b].bits;
-        saved += current[b].distortion - trial[i].distortion;
+      for (int b = m * per; b < (m + 1) * per; ++b) {
+        if (!qnoValid[m]) finerQNO[b] = CostOf(blocks[b], QuantShiftsOf(qnos[m] + 1, blocks[b].classNumber).f);
+        bits += finerQNO[b].bits - current[b].bits;
+        saved += current[b].distortion - finerQNO[b].distortion;
       }
+      qnoValid[m] = true;
       if (bits > slack || saved <= 0) continue;
-      const double score = bits <= 0 ? 1e300 : saved / bits;
+      const double score = Score(bits, saved);
       if (score > bestScore) {
         bestScore = score;
         best = count + m;
-        std::copy(trial, trial + blocksPerMacroblock, bestCosts);
       }
     }
     if (best < 0) return;
     if (best < count) {
       --blocks[best].classNumber;
-      total += bestCosts[0].bits - current[best].bits;
-      current[best] = bestCosts[0];
+      total += finerClass[best].bits - current[best].bits;
+      current[best] = finerClass[best];
+      classValid[best] = false;
+      qnoValid[best / per] = false;
     } else {
       const int m = best - count;
       ++qnos[m];
-      for (int i = 0; i < blocksPerMacroblock; ++i) {
-        const int b = m * blocksPerMacroblock + i;
-        total += bestCosts[i].bits - current[b].bits;
-        current[b] = bestCosts[i];
+      for (int b = m * per; b < (m + 1) * per; ++b) {
+        total += finerQNO[b].bits - current[b].bits;
+        current[b] = finerQNO[b];
+        classValid[b] = false;
       }
+      qnoValid[m] = false;
     }
   }
 }
