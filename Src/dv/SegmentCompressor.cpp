@@ -215,21 +215,23 @@ int SegmentCompressor::ScanBlock(int b, const uint8_t* zigzag, int dc) {
 }
 
 int SegmentCompressor::SearchQNO(int start) const {
+  // Only the comparison with the budget matters, so each count may stop once past it.
+  const int budget = kSegmentBudgetBits;
   int q = start;
-  if (SegmentBitsAtQNO(q) <= kSegmentBudgetBits) {
-    while (q < 15 && SegmentBitsAtQNO(q + 1) <= kSegmentBudgetBits) ++q;
+  if (SegmentBitsAtQNO(q, budget) <= budget) {
+    while (q < 15 && SegmentBitsAtQNO(q + 1, budget) <= budget) ++q;
   } else {
     while (q > 0) {
       --q;
-      if (q == 0 || SegmentBitsAtQNO(q) <= kSegmentBudgetBits) break;
+      if (q == 0 || SegmentBitsAtQNO(q, budget) <= budget) break;
     }
   }
   return q;
 }
 
-int SegmentCompressor::SegmentBitsAtQNO(int q) const {
+int SegmentCompressor::SegmentBitsAtQNO(int q, int limit) const {
   int total = 0;
-  for (int b = 0; b < BlockCount(); ++b)
+  for (int b = 0; b < BlockCount() && total <= limit; ++b)
     total += BlockBitsFor(blocks[b].wordList, QuantShiftsOf(q, blocks[b].classNumber).f, 0);
   return total;
 }
