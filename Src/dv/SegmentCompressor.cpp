@@ -346,41 +346,44 @@ void SegmentCompressor::PackAndStore(uint8_t* firstVideoBlock, const uint8_t qno
 
 namespace {
 
-// Squared error of a coefficient in the picture, relative, by mode and raster position: the
-// weighting scaled the coefficient by table / 65536 before quantisation.
-struct InverseWeights {
-  double f[2][64];
+// Squared error of a coefficient in the picture, relative, by mode and zig-zag position: the
+// weighting scaled the coefficient by table / 65536 before quantisation. With the position's area
+// beside it, so that the walk below reads one entry a word.
+struct PositionFactors {
+  float inverseWeight2[2][64];
+  uint8_t area[64];
 };
-const InverseWeights kInverseWeight2 = [] {
-  InverseWeights t{};
-  for (int i = 0; i < 64; ++i) {
-    t.f[0][i] = 1.0 / (double(kDVForwardWeight88[i]) * kDVForwardWeight88[i]);
-    t.f[1][i] = 1.0 / (double(kDVForwardWeight248[i]) * kDVForwardWeight248[i]);
+const PositionFactors kPositionFactors = [] {
+  PositionFactors t{};
+  for (int z = 0; z < 64; ++z) {
+    const double w88 = kDVForwardWeight88[dv::kScan88.f[z]], w248 = kDVForwardWeight248[dv::kScan248.f[z]];
+    t.inverseWeight2[0][z] = float(1.0 / (w88 * w88));
+    t.inverseWeight2[1][z] = float(1.0 / (w248 * w248));
+    t.area[z] = uint8_t(dv::AreaOfZigzag(z));
   }
   return t;
 }();
 
 struct BlockCost {
   int bits;
-  double distortion;
+  float distortion;
 };
 
 // Bits and quantisation error of one block at the given area shifts, in one walk of its words
 // by the rules of BlockBitsFor.
 BlockCost CostOf(const BlockRecord& record, const uint8_t shifts[4]) {
-  const double* inverse = kInverseWeight2.f[record.dctMode];
-  const uint8_t* scan = dv::kScan[record.dctMode];
-  double distortion = 0;
+  const float* inverse = kPositionFactors.inverseWeight2[record.dctMode];
+  float distortion = 0;
   int bits = 16;
   uint32_t run = 0;
   for (const CoefficientWord* w = record.wordList + 1; *w != kEndOfWords; ++w) {
     const uint32_t word = *w;
     const int position = (word >> 8) & 0x7F;
     const uint32_t magnitude = word >> 16;
-    const int shift = shifts[dv::AreaOfZigzag(position)];
+    const int shift = shifts[kPositionFactors.area[position]];
     const uint32_t m = magnitude >> shift;
-    const double error = double(magnitude - (m << shift));
-    distortion += error * error * inverse[scan[position]];
+    const float error = float(magnitude - (m << shift));
+    distortion += error * error * inverse[position];
     run += word & 0xFF;
     if (m > 255) return {kSegmentBudgetBits, distortion};
     if (m == 0) {
@@ -428,7 +431,7 @@ void SegmentCompressor::Refine(uint8_t qnos[5]) {
         classValid[b] = true;
       }
       const int bits = finerClass[b].bits - current[b].bits;
-      const double saved = current[b].distortion - finerClass[b].distortion;
+      const double saved = double(current[b].distortion) - finerClass[b].distortion;
       if (bits > slack || saved <= 0) continue;
       const double score = Score(bits, saved);
       if (score > bestScore) {
@@ -443,7 +446,7 @@ void SegmentCompressor::Refine(uint8_t qnos[5]) {
       for (int b = m * per; b < (m + 1) * per; ++b) {
         if (!qnoValid[m]) finerQNO[b] = CostOf(blocks[b], QuantShiftsOf(qnos[m] + 1, blocks[b].classNumber).f);
         bits += finerQNO[b].bits - current[b].bits;
-        saved += current[b].distortion - finerQNO[b].distortion;
+        saved += double(current[b].distortion) - finerQNO[b].distortion;
       }
       qnoValid[m] = true;
       if (bits > slack || saved <= 0) continue;
