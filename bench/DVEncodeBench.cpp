@@ -135,8 +135,8 @@ int Register() {
   for (const EncodeCase& c : kCases) {
     const std::string ours = std::string("DVEncode/") + c.fName;
     const std::string peer = std::string("libavcodec_dvenc/") + c.fName;
-    benchmark::RegisterBenchmark(ours.c_str(), BM_OurEncode, c)->UseRealTime()->Unit(benchmark::kMillisecond);
-    benchmark::RegisterBenchmark(peer.c_str(), BM_PeerEncode, c)->UseRealTime()->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark(ours.c_str(), BM_OurEncode, c)->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark(peer.c_str(), BM_PeerEncode, c)->Unit(benchmark::kMillisecond);
     CompareWith(ours, peer, std::string("DV encode ") + c.fName);
   }
   return 0;
