@@ -128,12 +128,25 @@ void DecideMode(BlockRecord& record, int16_t* other, ModeDecision rule) {
 
 }  // namespace
 
-int BlockBitsFor(const CoefficientWord* words, const uint8_t shifts[4], int divisor) {
+namespace {
+
+// The walk of BlockBitsFor, with the quantiser fixed at compile time so the loop carries no branch
+// on it. Area per zig-zag position by table: 1-5, 6-20, 21-42, 43-63.
+constexpr auto kAreaOf = [] {
+  struct {
+    uint8_t f[64];
+  } t{};
+  for (int z = 0; z < 64; ++z) t.f[z] = uint8_t(dv::AreaOfZigzag(z));
+  return t;
+}();
+
+template <bool kDivide>
+int WalkBlockBits(const CoefficientWord* words, const uint8_t shifts[4], uint32_t divisor) {
   int total = 16;
   uint32_t run = 0;
   for (const CoefficientWord* w = words + 1; *w != kEndOfWords; ++w) {
     const uint32_t word = *w;
-    const uint32_t m = QuantiseMagnitude(word >> 16, (word >> 8) & 0x7F, shifts, divisor);
+    const uint32_t m = kDivide ? (word >> 16) / divisor : (word >> 16) >> shifts[kAreaOf.f[(word >> 8) & 0x7F]];
     run += word & 0xFF;
     if (m > 255) return kSegmentBudgetBits;
     if (m == 0) {
@@ -149,6 +162,12 @@ int BlockBitsFor(const CoefficientWord* words, const uint8_t shifts[4], int divi
     run = 0;
   }
   return total;
+}
+
+}  // namespace
+
+int BlockBitsFor(const CoefficientWord* words, const uint8_t shifts[4], int divisor) {
+  return divisor ? WalkBlockBits<true>(words, shifts, uint32_t(divisor)) : WalkBlockBits<false>(words, shifts, 1);
 }
 
 void LoadYUYV16x8(const uint8_t* topLeft, ptrdiff_t rowBytes, int16_t* left, int16_t* right, int16_t* v,
