@@ -203,6 +203,45 @@ OX_EXPORT OX_Result OX_MultiplyByConstant(int32_t width, int32_t height, const v
 OX_EXPORT OX_Result OX_DecodeALawTo16Bit(const void* source, int16_t* destination, int32_t length);
 
 /* ---- Side conversions ----------------------------------------------------------------------- */
+/* Conversions outside the format codes, for buffers a codec hands over as they are. Each runs on
+ * the calling thread, returns 0 and checks nothing: the caller guarantees valid pointers, sizes
+ * and the padding stated with each. W210 is planar 10-bit 4:2:2 in 16-bit words (plane 0 luma,
+ * 1 U, 2 V, chroma at half width, each plane with its own row bytes). */
+
+/* W210 to V210, `height` rows of (width + 5) / 6 groups. Samples are ORed in unmasked (a sample
+ * above 1023 spills into its neighbour). The caller guarantees that each plane row can be read to
+ * the end of the last group of six: a width that is not a multiple of 6 reads past the row. */
+OX_EXPORT OX_Result OX_ConvertW210toV210(const void* const planes[3], const int32_t rowBytes[3], int32_t width,
+                                         int32_t height, void* destination, int32_t destinationRowBytes);
+/* W210 to VUYX_4444_8u at half width and half height, one field (`field` 2: the second row of each
+ * pair), written bottom-up from row height / 2 - 1 of `destination`. Needs rows of width / 2
+ * chroma and width luma samples; reads only those. */
+OX_EXPORT OX_Result OX_ConvertW210toQuarterResVUYX_8u(const void* const planes[3], const int32_t rowBytes[3],
+                                                      int32_t width, int32_t height, void* destination,
+                                                      int32_t destinationRowBytes, int32_t field);
+/* R, G, B bytes to B, G, R, 255. Reads and writes exactly `width` pixels a row. */
+OX_EXPORT OX_Result OX_ConvertRGB_444_8uToBGRA_4444_8u(const void* source, int32_t sourceRowBytes, void* destination,
+                                                       int32_t destinationRowBytes, int32_t width, int32_t height);
+/* Four 16-bit words a pixel (B, G, R, unused) to RGB_444_10u, width x height contiguous pixels. */
+OX_EXPORT OX_Result OX_Convert_DNxHD16u_To_RGB_444_10u(const void* source, void* destination, int32_t width,
+                                                       int32_t height);
+/* RGB_444_10u to four 16-bit words a pixel, each (sample x 65535) / 1023; the fourth word of each
+ * destination pixel is left as it was. width x height contiguous pixels. */
+OX_EXPORT OX_Result OX_Convert_RGB_444_10u_To_DNxHD16u(const void* source, void* destination, int32_t width,
+                                                       int32_t height);
+/* Three 16-bit words a pixel (R, G, B, ten-bit samples), rows of exactly width x 6 bytes read from
+ * the last to the first, to contiguous 0, R, G, B 16-bit words on the 15u scale. The work goes in
+ * groups of 2 pixels (4 when AVX2 is on) with no tail: for a width outside the group size every
+ * row reads and writes up to the next whole group, and the next row's pixels follow from there.
+ * Vector reads also take 4 bytes past each group. The caller guarantees the source can be read,
+ * and the destination written, that far past the last row (the first row in memory). */
+OX_EXPORT OX_Result OX_ConvertRGB_444_16u_To_XRGB_4444_15u(const void* source, void* destination, int32_t width,
+                                                           int32_t height);
+/* In place, four 16-bit samples a pixel, rows of (rowBytes rounded down to even) bytes: 16u to
+ * 15u, byte-swapping big-endian samples first when `swapBytes`. Reads and writes exactly `width`
+ * pixels a row; the vector forms expect pixels at 8-byte alignment. */
+OX_EXPORT OX_Result OX_Scale16uBufferTo15uSIMD(void* buffer, int32_t rowBytes, int32_t width, int32_t height,
+                                               bool swapBytes);
 
 /* ---- Conversion --------------------------------------------------------------------------- */
 

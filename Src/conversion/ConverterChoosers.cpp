@@ -35,7 +35,11 @@ const RowConverter* ChooseYuv709_8u() {
   if (gHasSSE2) return sse2::kYuv709_8u;
   return portable::kYuv709_8u;
 }
-const RowConverter* ChooseAlpha() { return portable::kAlpha; }
+const RowConverter* ChooseAlpha() {
+  if (gHasAVX2) return avx2::kAlpha;
+  if (gHasSSE2) return sse2::kAlpha;
+  return portable::kAlpha;
+}
 const RowConverter* ChoosePremul15u() {
   if (gHasSSE41) return sse41::kPremul15u;
   if (gHasSSE2) return sse2::kPremul15u;
@@ -51,7 +55,9 @@ const RowConverter* ChooseOrder() {
   return portable::kOrder;
 }
 const RowConverter* ChooseSubsample() {
+  if (gHasAVX2) return avx2::kSubsample;
   if (gHasSSSE3) return ssse3::kSubsample;
+  if (gHasSSE2) return sse2::kSubsample;
   return portable::kSubsample;
 }
 const RowConverter* ChooseV210() {

@@ -31,8 +31,9 @@ enum Matrix8uMember {
 enum Matrix32fMember { kYuv601ToRgb32f, kYuv709ToRgb32f, kRgbToYuv601_32f, kRgbToYuv709_32f, kYuv601To709_32f, kYuv709To601_32f, kMatrix32fCount };
 // 601 with 709 at 8u, without rescaling the code values. AVX2, AVX, SSE2, portable.
 enum Yuv709_8uMember { kVuy601To709_8u, kVuy709To601_8u, kUyvy601To709_8u, kUyvy709To601_8u, kYuyv601To709_8u, kYuyv709To601_8u, kYuv709_8uCount };
-// Alpha forms with one form: premultiply and un-premultiply at 8u, 32f premultiply, 15u
-// un-premultiply, opaque alpha at every depth, the fused 8u to 32f premultiplied steps.
+// Alpha forms: premultiply and un-premultiply at 8u, 32f premultiply, 15u
+// un-premultiply, opaque alpha at every depth, the fused 8u to 32f premultiplied steps. AVX2,
+// SSE2, portable (for speed on the 8u hot paths; every level gives the same bytes).
 enum AlphaMember {
   kPremul8uRgbLast, kPremul8uRgbFirst, kPremul8uYuv,
   kUnpremul8uRgbLast, kUnpremul8uRgbFirst, kUnpremul8uYuv,
@@ -93,6 +94,8 @@ OX_DECLARE_TABLE(Matrix8u, kMatrix8uCount)
 OX_DECLARE_TABLE(Matrix32f, kMatrix32fCount)
 OX_DECLARE_TABLE(Yuv709_8u, kYuv709_8uCount)
 OX_DECLARE_TABLE(Premul15u, kPremul15uCount)
+OX_DECLARE_TABLE(Alpha, kAlphaCount)
+OX_DECLARE_TABLE(Subsample, kSubsampleCount)
 }  // namespace sse2
 namespace ssse3 {
 OX_DECLARE_TABLE(Order, kOrderCount)
@@ -116,6 +119,8 @@ OX_DECLARE_TABLE(Matrix32f, kMatrix32fCount)
 OX_DECLARE_TABLE(Yuv709_8u, kYuv709_8uCount)
 OX_DECLARE_TABLE(Order, kOrderCount)
 OX_DECLARE_TABLE(V210, kV210Count)
+OX_DECLARE_TABLE(Alpha, kAlphaCount)
+OX_DECLARE_TABLE(Subsample, kSubsampleCount)
 }  // namespace avx2
 #undef OX_DECLARE_TABLE
 
@@ -126,9 +131,3 @@ OX_CONVERTER_FAMILIES(OX_DECLARE_CHOOSER)
 
 }  // namespace OX
 
-namespace OX {
-// The converter of a step that the route table names, from `from` to the format the step lands
-// on. The same as FindRowConverter except for BGRA_4444_15u landing on BGRP_4444_15u, which runs
-// the 15u un-premultiply (a route-table pairing that is kept as it is).
-RowConverter FindRouteRowConverter(OX_PixelFormat from, OX_PixelFormat landsOn, int32_t quality);
-}  // namespace OX

@@ -9,10 +9,13 @@ namespace OX {
 constexpr float kToGammaExponent = 0.45f;
 constexpr float kToLinearExponent = 2.2222223f;
 
+constexpr int kLinearBuckets = 4096;
+
 struct LinearTables {
   float fToLinear[256];  // pow(i / 255, 2.2222223)
   float fAlpha[256];     // i / 255
   float fBoundary[255];  // pow((i + 0.5) / 255, 2.2222223)
+  uint8_t fBucketStart[kLinearBuckets];  // boundaries at or below bucket / kLinearBuckets
 };
 const LinearTables& GetLinearTables();
 
@@ -23,17 +26,15 @@ inline float SignedPow(float c, float e) {
 }
 
 // The number of boundaries at or below `x`: 0 below the first, 255 at or above the last; NaN
-// compares false everywhere and gives 0.
+// compares false everywhere and gives 0. A bucket table over 0-1 gives the count at the bucket's
+// lower edge, and the few boundaries inside the bucket are walked: the same count as a binary
+// search over all 255, without its unpredictable branches.
 inline uint8_t CountBoundaries(const LinearTables& t, float x) {
-  int lo = 0, hi = 255;  // answer in [lo, hi]
-  while (lo < hi) {
-    const int mid = (lo + hi) / 2;  // is boundary `mid` at or below x?
-    if (t.fBoundary[mid] <= x)
-      lo = mid + 1;
-    else
-      hi = mid;
-  }
-  return uint8_t(lo);
+  if (!(x > 0.0f)) return 0;  // below the first boundary, or NaN
+  if (x >= 1.0f) return 255;  // above the last
+  int n = t.fBucketStart[int(x * float(kLinearBuckets))];
+  while (n < 255 && t.fBoundary[n] <= x) ++n;
+  return uint8_t(n);
 }
 
 }  // namespace OX

@@ -57,6 +57,12 @@ inline P Select(PMask m, P x, P y) {
   for (int i = 0; i < 4; ++i) r.v[i] = m.b[i] ? y.v[i] : x.v[i];
   return r;
 }
+// Zero in the lanes of `m`, `x` elsewhere.
+inline P ZeroWhere(PMask m, P x) {
+  P r;
+  for (int i = 0; i < 4; ++i) r.v[i] = m.b[i] ? 0.0f : x.v[i];
+  return r;
+}
 inline P TruncF(P x) {
   P r;
   for (int i = 0; i < 4; ++i) r.v[i] = float(int32_t(x.v[i]));
@@ -110,6 +116,7 @@ inline P Select(PMask m, P x, P y) {
   return _mm_or_ps(_mm_and_ps(m, y), _mm_andnot_ps(m, x));
 #endif
 }
+inline P ZeroWhere(PMask m, P x) { return _mm_andnot_ps(m, x); }
 inline P TruncF(P x) { return _mm_cvtepi32_ps(_mm_cvttps_epi32(x)); }
 inline P RcpApprox(P x) { return _mm_rcp_ps(x); }
 inline P LoadU8P(const uint8_t* p) {
@@ -168,6 +175,7 @@ inline WMask LaneMaskW(bool a, bool b, bool c, bool d) {
   return _mm256_castsi256_ps(_mm256_setr_epi32(-int(a), -int(b), -int(c), -int(d), -int(a), -int(b), -int(c), -int(d)));
 }
 inline W Select(WMask m, W x, W y) { return _mm256_blendv_ps(x, y, m); }
+inline W ZeroWhere(WMask m, W x) { return _mm256_andnot_ps(m, x); }
 inline W TruncF(W x) { return _mm256_cvtepi32_ps(_mm256_cvttps_epi32(x)); }
 inline W RcpApprox(W x) { return _mm256_rcp_ps(x); }
 inline W LoadU8W(const uint8_t* p) {

@@ -206,11 +206,4 @@ RowConverter FindRowConverter(OX_PixelFormat from, OX_PixelFormat to, int32_t qu
   return nullptr;
 }
 
-RowConverter FindRouteRowConverter(OX_PixelFormat from, OX_PixelFormat landsOn, int32_t quality) {
-  // The step from BGRA 15u to BGRP 15u on the way to RGB_444_10u runs the 15u un-premultiply and
-  // not a premultiply; that pairing gives the route its values and is kept.
-  if (from == OX_PixelFormat_BGRA_4444_15u && landsOn == OX_PixelFormat_BGRP_4444_15u) return Member(&ChooseAlpha, kUnpremul15uLast);
-  return FindRowConverter(from, landsOn, quality);
-}
-
 }  // namespace OX

@@ -29,8 +29,54 @@ inline void UpsampleChroma8u(const uint8_t* s, uint8_t* d, int32_t width, MeanFn
   }
 }
 
+// VUY? 8u to UYVY 8u for the pairs from `firstPair` on: chroma at even pixels through [1 2 1] / 4.
+// The first pair replaces the left neighbour of U by 3 x U[0], and does not filter the first V
+// with its right neighbour at all ((3 V[0] + V[0] + 2) >> 2 is V[0]); that asymmetry stands. An
+// odd last pixel stands alone: its chroma is copied and its Y fills both luma places.
+inline void DownsampleChroma8u(const uint8_t* s, uint8_t* d, int32_t width, int32_t firstPair) {
+  for (int32_t k = firstPair; 2 * k + 1 < width; ++k) {
+    const uint8_t* p = s + 8 * k;  // pixel e = 2k
+    int u, v;
+    if (k == 0) {
+      u = (3 * p[1] + p[5] + 2) >> 2;
+      v = p[0];
+    } else {
+      u = (p[-3] + 2 * p[1] + p[5] + 2) >> 2;
+      v = (p[-4] + 2 * p[0] + p[4] + 2) >> 2;
+    }
+    uint8_t* o = d + 4 * k;
+    o[0] = uint8_t(u);
+    o[1] = p[2];
+    o[2] = uint8_t(v);
+    o[3] = p[6];
+  }
+  if (width > 0 && (width & 1)) {
+    const uint8_t* p = s + 4 * (width - 1);
+    uint8_t* o = d + 2 * (width - 1);
+    o[0] = p[1];
+    o[1] = p[2];
+    o[2] = p[0];
+    o[3] = p[2];
+  }
+}
+
 // 4:2:2 8u straight to BGR? 8u: the row goes through `upsample` in chunks into a stack buffer
 // and on through the 8u matrix step `matrixMember` of the current level, in one converter.
 void Yuv422ToBgr8uInChunks(RowConverter upsample, int matrixMember, const void* in, void* out, int32_t width);
+
+// The scalar forms, shared by the tables of the levels that have no form of their own.
+namespace portable {
+void Vuy8uToUyvy8u(const void* in, void* out, int32_t width);
+void Vuy32fToUyvy32f(const void* in, void* out, int32_t width);
+template <bool Filter>
+void Uyvy32fToVuy32f(const void* in, void* out, int32_t width);
+template <bool LumaFirst>
+void Yuv422ToVuy8u(const void* in, void* out, int32_t width);
+template <bool LumaFirst, int Matrix>
+void Yuv422ToBgr8u(const void* in, void* out, int32_t width);
+}  // namespace portable
+namespace sse2 {
+void Vuy8uToUyvy8u(const void* in, void* out, int32_t width);
+}
 
 }  // namespace OX

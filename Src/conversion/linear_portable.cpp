@@ -1,7 +1,7 @@
 // Linear light, portable form. At 32f the colour samples go through sign(c) x pow(|c|, e) with
 // e = 0.45 toward gamma-coded and 2.2222223 toward linear, alpha (every fourth sample) copied.
 // BGRA 8u to linear 32f reads a table of 256 powers; linear 32f to BGRA 8u counts the boundaries
-// pow((i + 0.5) / 255, 2.2222223), i = 0..254, at or below the sample by binary search.
+// pow((i + 0.5) / 255, 2.2222223), i = 0..254, at or below the sample with a bucket table.
 #define OX_PIXELVEC_PORTABLE
 #include <cmath>
 
@@ -18,6 +18,12 @@ const LinearTables& GetLinearTables() {
       t.fAlpha[i] = float(i) / 255.0f;
     }
     for (int i = 0; i < 255; ++i) t.fBoundary[i] = std::pow((float(i) + 0.5f) / 255.0f, kToLinearExponent);
+    int n = 0;
+    for (int k = 0; k < kLinearBuckets; ++k) {
+      const float edge = float(k) / float(kLinearBuckets);
+      while (n < 255 && t.fBoundary[n] <= edge) ++n;
+      t.fBucketStart[k] = uint8_t(n);
+    }
     return t;
   }();
   return tables;

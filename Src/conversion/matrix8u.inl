@@ -120,9 +120,11 @@ void Rgb32fToYuv(const void* in, void* out, int32_t width) {
 
 }  // namespace
 
+#if !defined(OX_MATRIX8U_OWN_TABLE)
 const RowConverter kMatrix8u[kMatrix8uCount] = {
     &RgbToYuv<kRgbToYuv601>,           &RgbToYuv<kRgbToYuv709>,
     &YuvToRgb<kYuvToRgb601, false>,    &YuvToRgb<kYuvToRgb709, false>,
     &YuvToRgb<kYuvToRgb601, true>,     &YuvToRgb<kYuvToRgb709, true>,
     &YuvToRgb32f<kYuvToRgb32f601>,     &YuvToRgb32f<kYuvToRgb32f709>,
     &Rgb32fToYuv<kRgb32fToYuv601>,     &Rgb32fToYuv<kRgb32fToYuv709>};
+#endif

@@ -9,39 +9,10 @@
 #include "conversion/Subsample.h"
 
 namespace OX::portable {
-namespace {
 
 // VUYP or VUYX 8u to UYVY 8u; the alpha byte is discarded.
 void Vuy8uToUyvy8u(const void* in, void* out, int32_t width) {
-  const uint8_t* s = static_cast<const uint8_t*>(in);
-  uint8_t* d = static_cast<uint8_t*>(out);
-  for (int32_t k = 0; 2 * k + 1 < width; ++k) {
-    const uint8_t* p = s + 8 * k;  // pixel e = 2k
-    int u, v;
-    if (k == 0) {
-      // The left neighbour of the first U is replaced by 3 x U[0]; the first V is not filtered
-      // with its right neighbour at all ((3 V[0] + V[0] + 2) >> 2 is V[0]). The asymmetry stands.
-      u = (3 * p[1] + p[5] + 2) >> 2;
-      v = p[0];
-    } else {
-      u = (p[-3] + 2 * p[1] + p[5] + 2) >> 2;
-      v = (p[-4] + 2 * p[0] + p[4] + 2) >> 2;
-    }
-    uint8_t* o = d + 4 * k;
-    o[0] = uint8_t(u);
-    o[1] = p[2];
-    o[2] = uint8_t(v);
-    o[3] = p[6];
-  }
-  if (width > 0 && (width & 1)) {
-    // An odd last pixel stands alone: its chroma is copied and its Y fills both luma places.
-    const uint8_t* p = s + 4 * (width - 1);
-    uint8_t* o = d + 2 * (width - 1);
-    o[0] = p[1];
-    o[1] = p[2];
-    o[2] = p[0];
-    o[3] = p[2];
-  }
+  DownsampleChroma8u(static_cast<const uint8_t*>(in), static_cast<uint8_t*>(out), width, 0);
 }
 
 // VUY? 32f to UYVY 32f: (a + 2 b + c) / 4 in floats; the first pair (3 c0 + c1) / 4 for both
@@ -124,7 +95,14 @@ void Yuv422ToBgr8u(const void* in, void* out, int32_t width) {
   Yuv422ToBgr8uInChunks(&Yuv422ToVuy8u<LumaFirst>, Matrix, in, out, width);
 }
 
-}  // namespace
+template void Uyvy32fToVuy32f<false>(const void*, void*, int32_t);
+template void Uyvy32fToVuy32f<true>(const void*, void*, int32_t);
+template void Yuv422ToVuy8u<false>(const void*, void*, int32_t);
+template void Yuv422ToVuy8u<true>(const void*, void*, int32_t);
+template void Yuv422ToBgr8u<false, kVuy8uToBgr8u601>(const void*, void*, int32_t);
+template void Yuv422ToBgr8u<false, kVuy8uToBgr8u709>(const void*, void*, int32_t);
+template void Yuv422ToBgr8u<true, kVuy8uToBgr8u601>(const void*, void*, int32_t);
+template void Yuv422ToBgr8u<true, kVuy8uToBgr8u709>(const void*, void*, int32_t);
 
 const RowConverter kSubsample[kSubsampleCount] = {
     &Vuy8uToUyvy8u,          &Vuy32fToUyvy32f,

@@ -27,10 +27,10 @@ void Yuv422ToBgr8u(const void* in, void* out, int32_t width) {
 
 }  // namespace
 
-extern const RowConverter kSubsample[kSubsampleCount] = {
-    portable::kSubsample[kVuy8uToUyvy8u],         portable::kSubsample[kVuy32fToUyvy32f],
+const RowConverter kSubsample[kSubsampleCount] = {
+    &sse2::Vuy8uToUyvy8u,                     &portable::Vuy32fToUyvy32f,
     &Yuv422ToVuy8u<false>,                        &Yuv422ToVuy8u<true>,
-    portable::kSubsample[kUyvy32fToVuy32fRepeat], portable::kSubsample[kUyvy32fToVuy32fFilter],
+    &portable::Uyvy32fToVuy32f<false>,            &portable::Uyvy32fToVuy32f<true>,
     &Yuv422ToBgr8u<false, kVuy8uToBgr8u601>,      &Yuv422ToBgr8u<false, kVuy8uToBgr8u709>,
     &Yuv422ToBgr8u<true, kVuy8uToBgr8u601>,       &Yuv422ToBgr8u<true, kVuy8uToBgr8u709>};
 

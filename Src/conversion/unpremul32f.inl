@@ -17,11 +17,11 @@ void Unpremul32f(const void* in, void* out, int32_t width) {
     if constexpr (First) {
       const V a = Bcast<0>(px);
       r = Select(Vec<V>::Lanes(true, false, false, false), Mul(px, Div(Vec<V>::Set1(1.0f), a)), px);
-      r = Select(CmpLT(a, Vec<V>::Set1(kAlphaFloor)), r, Vec<V>::Set1(0.0f));
+      r = ZeroWhere(CmpLT(a, Vec<V>::Set1(kAlphaFloor)), r);
     } else {
       const V a = Bcast<3>(px);
       r = Select(Vec<V>::Lanes(false, false, false, true), Mul(px, RcpApprox(a)), px);
-      r = Select(CmpLT(a, Vec<V>::Set1(kAlphaFloor)), r, Vec<V>::Set1(0.0f));
+      r = ZeroWhere(CmpLT(a, Vec<V>::Set1(kAlphaFloor)), r);
     }
     StoreF32(d + 4 * i, r);
   });

@@ -195,29 +195,34 @@ struct TenBitMatrix {
 constexpr TenBitMatrix k601 = {0.2910957f, 0.5043076f, -0.0979404f, -0.2032422f, 0.3990068f};
 constexpr TenBitMatrix k709 = {0.2910957f, 0.5281004f, -0.0533122f, -0.1332273f, 0.4481853f};
 
+// Pixels x0 .. x0 + n - 1 of the row, n at most kChunk.
+template <const TenBitMatrix& M>
+void V210ToBgr8uRange(const uint32_t* s, uint8_t* d, int32_t width, int32_t x0, int32_t n) {
+  alignas(16) uint16_t tenBit[4 * kChunk];
+  ExpandTenBit(s, width, x0, n, tenBit);
+  ForEachGroup(n, [&](auto tag, int32_t i) {
+    using V = decltype(tag);
+    const V px = Vec<V>::LoadU16(tenBit + 4 * i);
+    const V y = Sub(Bcast<2>(px), Vec<V>::Set1(64.0f));
+    const V u = Sub(Bcast<1>(px), Vec<V>::Set1(512.0f));
+    const V v = Sub(Bcast<0>(px), Vec<V>::Set1(512.0f));
+    const V rgb = Add(Add(Mul(y, Vec<V>::Set(M.fY, M.fY, M.fY, 0)), Mul(u, Vec<V>::Set(M.fUB, M.fUG, 0, 0))),
+                      Mul(v, Vec<V>::Set(0, M.fVG, M.fVR, 0)));
+    StoreU8(d + 4 * (x0 + i),
+            Select(Vec<V>::Lanes(false, false, false, true), RoundF(Clamp(rgb, 0.0f, 255.0f)), Vec<V>::Set1(255.0f)));
+  });
+}
+
 template <const TenBitMatrix& M>
 void V210ToBgr8u(const void* in, void* out, int32_t width) {
-  const uint32_t* s = static_cast<const uint32_t*>(in);
-  uint8_t* d = static_cast<uint8_t*>(out);
-  alignas(16) uint16_t tenBit[4 * kChunk];
-  for (int32_t x = 0; x < width; x += kChunk) {
-    const int32_t n = width - x < kChunk ? width - x : kChunk;
-    ExpandTenBit(s, width, x, n, tenBit);
-    ForEachGroup(n, [&](auto tag, int32_t i) {
-      using V = decltype(tag);
-      const V px = Vec<V>::LoadU16(tenBit + 4 * i);
-      const V y = Sub(Bcast<2>(px), Vec<V>::Set1(64.0f));
-      const V u = Sub(Bcast<1>(px), Vec<V>::Set1(512.0f));
-      const V v = Sub(Bcast<0>(px), Vec<V>::Set1(512.0f));
-      const V rgb = Add(Add(Mul(y, Vec<V>::Set(M.fY, M.fY, M.fY, 0)), Mul(u, Vec<V>::Set(M.fUB, M.fUG, 0, 0))),
-                        Mul(v, Vec<V>::Set(0, M.fVG, M.fVR, 0)));
-      StoreU8(d + 4 * (x + i), Select(Vec<V>::Lanes(false, false, false, true), RoundF(Clamp(rgb, 0.0f, 255.0f)),
-                                      Vec<V>::Set1(255.0f)));
-    });
-  }
+  for (int32_t x = 0; x < width; x += kChunk)
+    V210ToBgr8uRange<M>(static_cast<const uint32_t*>(in), static_cast<uint8_t*>(out), width, x,
+                        width - x < kChunk ? width - x : kChunk);
 }
 
 }  // namespace
 
+#if !defined(OX_V210_OWN_TABLE)
 const RowConverter kV210[kV210Count] = {&Uyvy8uToV210, &Uyvy32fToV210,      &V210ToUyvy8u,      &V210ToUyvy32f,
                                         &V210ToVuy8u,  &V210_709ToVuy8u601, &V210ToBgr8u<k601>, &V210ToBgr8u<k709>};
+#endif

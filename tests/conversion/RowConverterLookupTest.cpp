@@ -350,7 +350,7 @@ TEST(RowConverterLookup, NoConverterForStrangersContainersAndSameFormat) {
   for (const Pair& p : kNone) EXPECT_EQ(FindRowConverter(p.fFrom, p.fTo, 3), nullptr) << std::hex << p.fFrom << " -> " << p.fTo;
 }
 
-TEST(RowConverterLookup, ChoicesThatDependOnQualityAndRoute) {
+TEST(RowConverterLookup, ChoicesThatDependOnQualityAndDirection) {
   // 32f chroma up-sampling: repeat below quality 2, filter from 2 up.
   EXPECT_EQ(FindRowConverter(OX_PixelFormat_UYVY_422_32f, OX_PixelFormat_VUYA_4444_32f, 1),
             ChooseSubsample()[kUyvy32fToVuy32fRepeat]);
@@ -359,10 +359,11 @@ TEST(RowConverterLookup, ChoicesThatDependOnQualityAndRoute) {
   // The fast VUYX step is its own converter with opaque alpha.
   EXPECT_EQ(FindRowConverter(OX_PixelFormat_VUYX_4444_8u, OX_PixelFormat_BGRX_4444_8u, 0),
             ChooseMatrix8u()[kVuyx8uToBgr8u601]);
-  // BGRA 15u to BGRP 15u is a premultiply, except as the route step toward RGB_444_10u.
+  // A to P is the premultiply, P to A the un-premultiply (the route toward RGB_444_10u asks for
+  // the latter by its own pair).
   EXPECT_EQ(FindRowConverter(OX_PixelFormat_BGRA_4444_15u, OX_PixelFormat_BGRP_4444_15u, 0),
             ChoosePremul15u()[kPremul15uLast]);
-  EXPECT_EQ(FindRouteRowConverter(OX_PixelFormat_BGRA_4444_15u, OX_PixelFormat_BGRP_4444_15u, 0),
+  EXPECT_EQ(FindRowConverter(OX_PixelFormat_BGRP_4444_15u, OX_PixelFormat_BGRA_4444_15u, 0),
             ChooseAlpha()[kUnpremul15uLast]);
 }
 
