@@ -57,20 +57,35 @@ struct Canvas {
 
   bool Inside(int32_t x, int32_t y) const { return x >= 0 && y >= 0 && x < fWidth && y < fHeight; }
 
+  void Luma(int32_t x, int32_t y) {
+    if (Inside(x, y)) fPlanes[0][int64_t(y) * fPlaneRowBytes[0] + x] = 0x51;
+  }
+  void Chroma(int32_t cx, int32_t cy) {
+    if (!Inside(2 * cx, 2 * cy)) return;
+    fPlanes[1][int64_t(cy) * fPlaneRowBytes[1] + cx] = 0x5A;
+    fPlanes[2][int64_t(cy) * fPlaneRowBytes[2] + cx] = 0xEF;
+  }
+
   void Pixel(int32_t x, int32_t y) {
-    if (!Inside(x, y)) return;
     if (fPlanar) {
-      fPlanes[0][int64_t(y) * fPlaneRowBytes[0] + x] = 0x51;
-      fPlanes[1][int64_t(y / 2) * fPlaneRowBytes[1] + x / 2] = 0x5A;
-      fPlanes[2][int64_t(y / 2) * fPlaneRowBytes[2] + x / 2] = 0xEF;
+      Luma(x, y);
+      Chroma(x / 2, y / 2);
       return;
     }
+    if (!Inside(x, y)) return;
     // A 4:2:2 pixel takes its whole pair, so the colour stays whole.
     const int32_t unitX = fPairs ? x & ~1 : x;
     std::memcpy(fRow0 + int64_t(y) * fRowBytes + int64_t(unitX) * fBytesPerPixel, fUnit, size_t(fUnitBytes));
   }
 
+  // A 4:2:2 row writes the bar as length / 2 pairs, and the chroma planes of 4:2:0 take a bar of
+  // half the length.
   void Horizontal(int32_t x, int32_t y, int32_t length) {
+    if (fPlanar) {
+      for (int32_t k = 0; k < length; ++k) Luma(x + k, y);
+      for (int32_t k = 0; k < length / 2; ++k) Chroma(x / 2 + k, y / 2);
+      return;
+    }
     if (fPairs) {
       for (int32_t k = 0; k < length / 2; ++k) Pixel((x & ~1) + 2 * k, y);
       return;

@@ -30,6 +30,17 @@ inline void StoreRowSat(int16_t* p, V v) {
   _mm_storeu_si128(reinterpret_cast<__m128i*>(p),
                    _mm_packs_epi32(_mm256_castsi256_si128(v), _mm256_extracti128_si256(v, 1)));
 }
+// Two rows interleaved sample by sample, columns 0-3 in the low half and 4-7 in the high; one
+// multiply-add makes each lane's x kx + y ky.
+using P = __m256i;
+inline P MakePair(const int16_t* x, const int16_t* y) {
+  const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(x));
+  const __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(y));
+  return _mm256_set_m128i(_mm_unpackhi_epi16(a, b), _mm_unpacklo_epi16(a, b));
+}
+inline V MulPair(const P& p, int32_t kx, int32_t ky) {
+  return _mm256_madd_epi16(p, _mm256_set1_epi32(int32_t((uint32_t(ky) << 16) | (uint32_t(kx) & 0xFFFF))));
+}
 inline void Transpose8x8(V* r) {
   V t[8], u[8];
   for (int i = 0; i < 8; i += 2) {

@@ -47,6 +47,16 @@ inline V LoadRow(const int16_t* p) {
 inline void StoreRowSat(int16_t* p, V v) {
   for (int i = 0; i < 8; ++i) p[i] = int16_t(v.l[i] > 32767 ? 32767 : v.l[i] < -32768 ? -32768 : v.l[i]);
 }
+struct P {
+  const int16_t* x;
+  const int16_t* y;
+};
+inline P MakePair(const int16_t* x, const int16_t* y) { return {x, y}; }
+inline V MulPair(const P& p, int32_t kx, int32_t ky) {
+  V v;
+  for (int i = 0; i < 8; ++i) v.l[i] = Wrap(uint32_t(p.x[i]) * uint32_t(kx) + uint32_t(p.y[i]) * uint32_t(ky));
+  return v;
+}
 inline void Transpose8x8(V* v) {
   for (int r = 0; r < 8; ++r)
     for (int c = r + 1; c < 8; ++c) {

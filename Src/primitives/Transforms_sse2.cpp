@@ -1,6 +1,6 @@
 // Transforms, SSE2 form: each row of eight 32-bit lanes in two registers. SSE2 has no 32-bit
 // low multiply, so the products are formed from two widening unsigned multiplies, whose low
-// halves are the same as the signed ones.
+// halves are the same as the signed ones; the first inverse pass multiplies 16-bit pairs.
 #include <emmintrin.h>
 
 #include <cstdint>
@@ -42,6 +42,20 @@ inline V LoadRow(const int16_t* p) {
 }
 inline void StoreRowSat(int16_t* p, V v) {
   _mm_storeu_si128(reinterpret_cast<__m128i*>(p), _mm_packs_epi32(v.lo, v.hi));
+}
+// Two rows interleaved sample by sample, columns 0-3 and 4-7; one multiply-add makes each lane's
+// x kx + y ky.
+struct P {
+  __m128i lo, hi;
+};
+inline P MakePair(const int16_t* x, const int16_t* y) {
+  const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(x));
+  const __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(y));
+  return {_mm_unpacklo_epi16(a, b), _mm_unpackhi_epi16(a, b)};
+}
+inline V MulPair(const P& p, int32_t kx, int32_t ky) {
+  const __m128i k = _mm_set1_epi32(int32_t((uint32_t(ky) << 16) | (uint32_t(kx) & 0xFFFF)));
+  return {_mm_madd_epi16(p.lo, k), _mm_madd_epi16(p.hi, k)};
 }
 inline void Transpose4x4(__m128i& r0, __m128i& r1, __m128i& r2, __m128i& r3) {
   const __m128i t0 = _mm_unpacklo_epi32(r0, r1), t1 = _mm_unpacklo_epi32(r2, r3);

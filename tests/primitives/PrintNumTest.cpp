@@ -3,6 +3,7 @@
 // the argument checks.
 #include <cmath>
 #include <cstring>
+#include <random>
 #include <set>
 #include <string>
 #include <utility>
@@ -11,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include "Ombrix.h"
+#include "frame/PixelFormat.h"
 
 namespace {
 
@@ -103,24 +105,33 @@ TEST(PrintNum, GlyphsForNumbersAreAsTheTableSays) {
   for (auto [px, py] : one) EXPECT_GT(px, 48) << "a 1 has only right-hand bars";
 }
 
-// BGRA_4444_8u is bottom-up: picture row y is buffer row height - 1 - y.
-TEST(PrintNum, ReadBackInBGRA8u) {
-  for (const NumberCase& c : kNumbers) {
-    const int rowBytes = c.fWidth * 4 + 8;
-    std::vector<uint8_t> buf(size_t(rowBytes * c.fHeight), 0x10);
-    ASSERT_EQ(OX_PrintNum(buf.data(), rowBytes, OX_PixelFormat_BGRA_4444_8u, c.fWidth, c.fHeight, c.fNumber, c.fSize,
-                          c.fX, c.fY, c.fDecimal),
-              0);
-    const Pixels lit = ExpectedBars(c.fText, c.fWidth, c.fHeight, c.fSize, c.fX, c.fY);
-    ASSERT_FALSE(lit.empty()) << c.fName;
-    for (int y = 0; y < c.fHeight; ++y)
-      for (int x = 0; x < c.fWidth; ++x) {
-        const uint8_t* p = buf.data() + (c.fHeight - 1 - y) * rowBytes + x * 4;
-        const bool red = p[0] == 0 && p[1] == 0 && p[2] == 255 && p[3] == 255;
-        const bool untouched = p[0] == 0x10 && p[1] == 0x10 && p[2] == 0x10 && p[3] == 0x10;
-        ASSERT_TRUE(lit.count({x, y}) ? red : untouched) << c.fName << " at " << x << "," << y;
-      }
-    for (int i = c.fWidth * 4; i < rowBytes; ++i) ASSERT_EQ(buf[size_t(i)], 0x10) << "row padding";
+// BGRA_4444_8u is bottom-up: picture row y is buffer row height - 1 - y, unless debug flag 10
+// makes every format top-left.
+TEST(PrintNum, ReadBackInBGRA8uAtBothOrigins) {
+  struct ClearFlagOnExit {
+    ~ClearFlagOnExit() { OX_SetDebugFlag(10, 0); }
+  } clear;
+  for (bool forceTopLeft : {false, true}) {
+    OX_SetDebugFlag(10, forceTopLeft);
+    for (const NumberCase& c : kNumbers) {
+      const int rowBytes = c.fWidth * 4 + 8;
+      std::vector<uint8_t> buf(size_t(rowBytes * c.fHeight), 0x10);
+      ASSERT_EQ(OX_PrintNum(buf.data(), rowBytes, OX_PixelFormat_BGRA_4444_8u, c.fWidth, c.fHeight, c.fNumber,
+                            c.fSize, c.fX, c.fY, c.fDecimal),
+                0);
+      const Pixels lit = ExpectedBars(c.fText, c.fWidth, c.fHeight, c.fSize, c.fX, c.fY);
+      ASSERT_FALSE(lit.empty()) << c.fName;
+      for (int y = 0; y < c.fHeight; ++y)
+        for (int x = 0; x < c.fWidth; ++x) {
+          const int row = forceTopLeft ? y : c.fHeight - 1 - y;
+          const uint8_t* p = buf.data() + row * rowBytes + x * 4;
+          const bool red = p[0] == 0 && p[1] == 0 && p[2] == 255 && p[3] == 255;
+          const bool untouched = p[0] == 0x10 && p[1] == 0x10 && p[2] == 0x10 && p[3] == 0x10;
+          ASSERT_TRUE(lit.count({x, y}) ? red : untouched)
+              << c.fName << " at " << x << "," << y << (forceTopLeft ? " forced top-left" : "");
+        }
+      for (int i = c.fWidth * 4; i < rowBytes; ++i) ASSERT_EQ(buf[size_t(i)], 0x10) << "row padding";
+    }
   }
 }
 
@@ -147,7 +158,8 @@ TEST(PrintNum, ReadBackInUYVY8uAndYUYV8u) {
   }
 }
 
-// Planar 4:2:0: luma exactly at the lit pixels, chroma at half position on half rows.
+// Planar 4:2:0: luma exactly at the lit pixels; chroma on half rows, horizontal bars at half
+// position and half length, vertical bars at half position.
 TEST(PrintNum, ReadBackInPlanar420) {
   for (const NumberCase& c : kNumbers) {
     const OX_PixelFormat format = OX_PixelFormat_YUV_420_MPEG2_FRAME;
@@ -158,7 +170,7 @@ TEST(PrintNum, ReadBackInPlanar420) {
     ASSERT_EQ(OX_PrintNum(buf.data(), 0, format, c.fWidth, c.fHeight, c.fNumber, c.fSize, c.fX, c.fY, c.fDecimal), 0);
     const Pixels lit = ExpectedBars(c.fText, c.fWidth, c.fHeight, c.fSize, c.fX, c.fY);
     Pixels chroma;
-    for (auto [x, y] : lit) chroma.insert({x / 2, y / 2});
+    for (auto [x, y] : ExpectedPairs(c.fText, c.fWidth, c.fHeight, c.fSize, c.fX, c.fY)) chroma.insert({x, y / 2});
     const auto* luma = static_cast<const uint8_t*>(planes[0]);
     for (int y = 0; y < c.fHeight; ++y)
       for (int x = 0; x < c.fWidth; ++x)
@@ -222,3 +234,35 @@ TEST(PrintNum, ArgumentChecks) {
 }
 
 }  // namespace
+
+namespace OX {
+namespace {
+
+// Random geometry, numbers and every raw and planar format on buffers of tight rows with guard
+// bytes after them: the overlay never writes outside the picture, whatever the fractions.
+TEST(PrintNum, NeverWritesOutsideThePicture) {
+  std::mt19937 rng(37);
+  std::vector<OX_PixelFormat> formats(kRawFormats, kRawFormats + kRawFormatCount);
+  formats.push_back(OX_PixelFormat_YUV_420_MPEG2_FIELD);
+  formats.push_back(OX_PixelFormat_YUV_420_MPEG4_FRAME_709);
+  auto fraction = [&] { return (rng() % 8 == 0) ? float(rng() % 2) : float(rng() % 10001) / 10000.0f; };
+  for (int trial = 0; trial < 3000; ++trial) {
+    const OX_PixelFormat format = formats[rng() % formats.size()];
+    const int width = int(rng() % 90), height = int(rng() % 70);
+    const bool planar = IsPlanarContainer(format);
+    const int rowBytes = planar ? 0 : TightRowBytes(format, width);
+    const size_t bytes = planar ? size_t(OX_PixelFormatSize(format, width, height)) : size_t(rowBytes) * height;
+    constexpr size_t kGuard = 64;
+    std::vector<uint8_t> buf(bytes + kGuard, 0xC5);
+    const int number = (rng() % 4 == 0) ? int(rng()) : int(rng() % 2000) - 1000;
+    const OX_Result r = OX_PrintNum(buf.data(), rowBytes, format, width, height, number, fraction(), fraction(),
+                                    fraction(), rng() % 2 == 0);
+    ASSERT_TRUE(r == 0 || r == -4) << "format " << std::hex << format;
+    for (size_t i = bytes; i < buf.size(); ++i)
+      ASSERT_EQ(buf[i], 0xC5) << "format " << std::hex << format << std::dec << " " << width << "x" << height
+                              << " wrote past the picture";
+  }
+}
+
+}  // namespace
+}  // namespace OX
