@@ -30,7 +30,7 @@ void DequantiseAndTransform(int16_t* block, uint32_t blockInfo, const uint16_t* 
     for (int k = i; k < i + 4; ++k) block[k] = Saturate16(((block[k] >> 6) * step * int32_t(weight[k])) >> 5);
   }
   block[0] = dc;
-  VecDCT8x8Inverse(block);
+  if (!TransformDCOnly(block, 0)) VecDCT8x8Inverse(block);
 }
 
 // W/2 x H/2: every second row and column of each 8-line half, into VUYA. A field-coded

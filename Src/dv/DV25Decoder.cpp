@@ -20,6 +20,7 @@ void DequantiseAndTransformSD(int16_t* block, uint32_t blockInfo) {
   const int classNumber = (blockInfo >> 4) & 3;
   const int qno = (blockInfo >> 16) & 15;
   VecMulTableRoundScaled(gDequant[mode][kDequantRowOf[classNumber][qno]], block, 64, 14);
+  if (TransformDCOnly(block, mode)) return;
   if (mode) {
     VecDCT248Inverse(block);
   } else {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "dv/DVDecodeTables.h"
+#include <cstring>
 #include "dv/DVTables.h"
 #include "primitives/DVPrimitives.h"
 #include "support/PrimitiveLevels.h"
@@ -287,6 +288,39 @@ TEST(DVPrimitives, PackRowsAtEveryLevel) {
   EXPECT_EQ(VecDV100PackRows(nullptr, nullptr, 1), -8);
   uint8_t* rows[80] = {};
   EXPECT_EQ(VecDV100PackRows(coefficients.data(), rows, 0), -6);
+}
+
+}  // namespace
+
+namespace {
+
+// The DC-only shortcut of the decoders gives what the inverse transforms give, at every level.
+TEST(DVPrimitives, DCOnlyShortcutMatchesTheTransforms) {
+  OX::test::ForEachPrimitiveLevel([](int32_t) {
+    int used = 0;
+    for (int mode = 0; mode < 2; ++mode)
+      for (int dc = -1024; dc < 1024; dc += 3) {
+        alignas(16) int16_t shortcut[64] = {}, full[64] = {};
+        shortcut[0] = full[0] = int16_t(dc);
+        const bool taken = OX::dv::TransformDCOnly(shortcut, mode);
+        used += taken;
+        if (mode) {
+          OX::VecDCT248Inverse(full);
+        } else {
+          OX::VecDCT8x8Inverse(full);
+        }
+        if (taken) EXPECT_EQ(std::memcmp(shortcut, full, sizeof(full)), 0) << "mode " << mode << " dc " << dc;
+      }
+    EXPECT_GT(used, 1000);
+    // Any AC coefficient rules the shortcut out.
+    alignas(16) int16_t block[64] = {};
+    block[0] = 100;
+    block[63] = 64;
+    EXPECT_FALSE(OX::dv::TransformDCOnly(block, 0));
+    block[63] = 0;
+    block[1] = 1;
+    EXPECT_FALSE(OX::dv::TransformDCOnly(block, 0));
+  });
 }
 
 }  // namespace
