@@ -255,7 +255,21 @@ OX_EXPORT OX_Result OX_Convert(const void* source, int32_t sourceRowBytes, OX_Pi
                                void* destination, int32_t destinationRowBytes, OX_PixelFormat destinationFormat,
                                int32_t width, int32_t height, int32_t quality);
 
-/* ---- DV decode ----------------------------------------------------------------------------- */
+/* ---- DV decode -----------------------------------------------------------------------------
+ * DV frames are decoded through OX_Convert with a DV code as the source format: the source is
+ * one frame in DIF layout of OX_PixelFormatSize(format) bytes (source row bytes are not read),
+ * and the destination may be any raw format at a size the frame kind decodes to (else -13):
+ *   DV25: 720 x H, 720 x H/2 (one field), and below quality 3 also 360 x H/2, 180 x H/4 and
+ *         90 x H/8 (H 480 NTSC, 576 PAL);
+ *   DV50: 720 x H and 720 x H/2, and 360 x H/2 when that is what the size asks;
+ *   DV100: W x H, W x H/2 and W/2 x H/2 (W x H 960 x 720, 1280 x 1080 at 60 Hz, 1440 x 1080 at
+ *         50 Hz).
+ * A 720p frame is one picture of 240000 (60 Hz) or 288000 (50 Hz) bytes: two channels, which the
+ * header's FSP bit places in channels 0-1 (FSP 1) or 2-3 (FSP 0) of the four-channel layout.
+ * -14 when the header disagrees with the format (DV25 APT/AP values, DV100 DSF); the
+ * destination is then left as it was. Damaged compressed data is never an error: the decoders
+ * produce what they can read.
+ */
 
 /* ---- DV encode and merge ------------------------------------------------------------------- */
 

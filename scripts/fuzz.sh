@@ -12,8 +12,8 @@ cmake --build "$dir" -j"$(nproc)" --target dv_decode_fuzz
 mkdir -p "$dir/corpus"
 for family in dv25 dv50 dv100; do
   echo "== fuzzing $family for $seconds s =="
-  mkdir -p "$dir/corpus/$family"
+  mkdir -p "$dir/corpus/$family" "$dir/artifacts"
   OMBRIX_FUZZ_FAMILY=$family UBSAN_OPTIONS=halt_on_error=1 ASAN_OPTIONS=detect_leaks=1 \
-    "$dir/tests/fuzz/dv_decode_fuzz" -max_total_time="$seconds" -max_len=65536 -timeout=30 \
-    -rss_limit_mb=4096 -print_final_stats=1 "$dir/corpus/$family"
+    "$dir/tests/fuzz/dv_decode_fuzz" -max_total_time="$seconds" -max_len=65536 -len_control=0 -timeout=30 \
+    -rss_limit_mb=4096 -print_final_stats=1 -artifact_prefix="$dir/artifacts/$family-" "$dir/corpus/$family"
 done

@@ -84,7 +84,18 @@ OX_Result ConvertToContainer(const void* source, int32_t sourceRowBytes, OX_Pixe
     return EncodeContainerFrame(source, sourceRowBytes, sourceFormat, width, height, destination, frameBytes,
                                 destinationFormat, quality);
 
-  return OX_ErrUnsupported;  // the raw conversion in front of the encoder comes with OX_Convert
+  void* base = nullptr;
+  void* pixels = nullptr;
+  int32_t rowBytes = 0;
+  uint32_t allocated = 0;
+  OX_Result result = OX_AllocateTransientPixelBuffer(working, width, height, &base, &pixels, &rowBytes, &allocated);
+  if (result != OX_Success) return result;
+  result = OX_Convert(source, sourceRowBytes, sourceFormat, pixels, rowBytes, working, width, height, quality);
+  if (result == OX_Success)
+    result = EncodeContainerFrame(pixels, rowBytes, working, width, height, destination, frameBytes,
+                                  destinationFormat, quality);
+  OX_FreeTransientPixelBuffer(working, base, allocated);
+  return result;
 }
 
 }  // namespace OX

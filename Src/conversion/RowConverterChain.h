@@ -29,6 +29,7 @@ class RowConverterChain {
 
   // Converts one row of `width` pixels. Scratch rows come from the stack up to 16384 pixels and
   // from a transient block above that; the second row is taken only for three or more steps.
+  // The stack areas are reserved whole (up to 512 KiB), which pool threads' stacks allow.
   // Returns false, writing nothing, when the chain is empty or a wide row's scratch could not be
   // had. `input` and `output` must not overlap.
   bool Apply(const void* input, void* output, int32_t width) const;

@@ -28,10 +28,10 @@ constexpr uint8_t kNoShifts[4] = {0, 0, 0, 0};
 DV100SegmentCompressor::DV100SegmentCompressor(bool is720Format)
     : SegmentCompressor(8, kDV100BlockBytes), is720(is720Format ? 1 : 0) {}
 
-int DV100SegmentCompressor::SegmentBitsAtRow(int row) const {
+int DV100SegmentCompressor::SegmentBitsAtRow(int row, int limit) const {
   const int step = LadderStep(row);
   int total = 0;
-  for (int b = 0; b < BlockCount(); ++b) total += BlockBitsFor(blocks[b].wordList, kNoShifts, step);
+  for (int b = 0; b < BlockCount() && total < limit; ++b) total += BlockBitsFor(blocks[b].wordList, kNoShifts, step);
   return total;
 }
 
@@ -51,15 +51,16 @@ void DV100SegmentCompressor::Compress(uint8_t* firstVideoBlock) {
     ScanBlock(b, dv::kScan88.f, s[0] / 4);
   }
 
+  const int budget = kSegmentBudgetBits;
   int r = ladderIndex;
-  if (SegmentBitsAtRow(r) >= kSegmentBudgetBits) {
+  if (SegmentBitsAtRow(r, budget) >= budget) {
     // Coarser until under the budget; the last row is taken as it is.
     while (r < kQuantLadderRows - 1) {
       ++r;
-      if (r == kQuantLadderRows - 1 || SegmentBitsAtRow(r) < kSegmentBudgetBits) break;
+      if (r == kQuantLadderRows - 1 || SegmentBitsAtRow(r, budget) < budget) break;
     }
   } else {
-    while (r > 0 && SegmentBitsAtRow(r - 1) < kSegmentBudgetBits) --r;
+    while (r > 0 && SegmentBitsAtRow(r - 1, budget) < budget) --r;
   }
   ladderIndex = r;
   for (int b = 0; b < count; ++b) blocks[b].classNumber = kQuantLadder[r].classNumber;

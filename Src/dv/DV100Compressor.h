@@ -27,8 +27,9 @@ class DV100SegmentCompressor : public SegmentCompressor {
   // lowest row under the budget, and packs.
   void Compress(uint8_t* firstVideoBlock) override;
   int LadderIndex() const { return ladderIndex; }
-  // Bits of the segment at ladder row `row` with the current word lists.
-  int SegmentBitsAtRow(int row) const;
+  // Bits of the segment at ladder row `row` with the current word lists; the count stops at the
+  // first block that takes it to `limit`.
+  int SegmentBitsAtRow(int row, int limit = 1 << 30) const;
 
  private:
   int32_t ladderIndex = 6;

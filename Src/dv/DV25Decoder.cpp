@@ -20,6 +20,7 @@ void DequantiseAndTransformSD(int16_t* block, uint32_t blockInfo) {
   const int classNumber = (blockInfo >> 4) & 3;
   const int qno = (blockInfo >> 16) & 15;
   VecMulTableRoundScaled(gDequant[mode][kDequantRowOf[classNumber][qno]], block, 64, 14);
+  if (TransformDCOnly(block, mode)) return;
   if (mode) {
     VecDCT248Inverse(block);
   } else {
@@ -111,13 +112,16 @@ struct DV25FrameDecoder {
 
   // Stores the rows of one transformed block that belong to the output: every row at full size,
   // rows of one parity for a field. `py` is the block's top row in picture (or chroma) rows.
-  void StoreBlock(const int16_t* block, uint8_t* plane, int stride, int px, int py, int firstRow, int colFrom,
-                  int colTo) const {
+  // `kColumns` samples of each row from column `colFrom` (8, or 4 for the halves of a 4:1:1
+  // chroma block of the right-hand column).
+  template <int kColumns = 8>
+  void StoreBlock(const int16_t* block, uint8_t* plane, int stride, int px, int py, int firstRow,
+                  int colFrom = 0) const {
     const int step = scaleIndex == 0 ? 1 : 2;
     for (int r = firstRow; r < 8; r += step) {
       uint8_t* out = plane + size_t((py + r) / step) * stride + px;
       const int16_t* in = block + r * 8 + colFrom;
-      for (int c = 0; c < colTo - colFrom; ++c) out[c] = SampleToByte(in[c]);
+      for (int c = 0; c < kColumns; ++c) out[c] = SampleToByte(in[c]);
     }
   }
 
@@ -125,21 +129,21 @@ struct DV25FrameDecoder {
     const int parity = scaleIndex == 5 ? 1 : 0;
     if (layout == SDLayout::k420) {
       for (int b = 0; b < 4; ++b)
-        StoreBlock(mb + b * 64, Luma(), 720, p.x + (b & 1) * 8, p.y + (b >> 1) * 8, parity, 0, 8);
-      StoreBlock(mb + 4 * 64, Chroma(0), 360, p.x / 2, p.y / 2, parity, 0, 8);
-      StoreBlock(mb + 5 * 64, Chroma(1), 360, p.x / 2, p.y / 2, parity, 0, 8);
+        StoreBlock(mb + b * 64, Luma(), 720, p.x + (b & 1) * 8, p.y + (b >> 1) * 8, parity);
+      StoreBlock(mb + 4 * 64, Chroma(0), 360, p.x / 2, p.y / 2, parity);
+      StoreBlock(mb + 5 * 64, Chroma(1), 360, p.x / 2, p.y / 2, parity);
     } else if (!Is411SquareColumn(p.x)) {
-      for (int b = 0; b < 4; ++b) StoreBlock(mb + b * 64, Luma(), 720, p.x + b * 8, p.y, parity, 0, 8);
-      StoreBlock(mb + 4 * 64, Chroma(0), 180, p.x / 4, p.y, parity, 0, 8);
-      StoreBlock(mb + 5 * 64, Chroma(1), 180, p.x / 4, p.y, parity, 0, 8);
+      for (int b = 0; b < 4; ++b) StoreBlock(mb + b * 64, Luma(), 720, p.x + b * 8, p.y, parity);
+      StoreBlock(mb + 4 * 64, Chroma(0), 180, p.x / 4, p.y, parity);
+      StoreBlock(mb + 5 * 64, Chroma(1), 180, p.x / 4, p.y, parity);
     } else {
       // 16 x 16: luma in four quadrants; each chroma block holds the upper 4 x 8 samples in its
       // left half and the lower ones in its right half.
       for (int b = 0; b < 4; ++b)
-        StoreBlock(mb + b * 64, Luma(), 720, p.x + (b & 1) * 8, p.y + (b >> 1) * 8, parity, 0, 8);
+        StoreBlock(mb + b * 64, Luma(), 720, p.x + (b & 1) * 8, p.y + (b >> 1) * 8, parity);
       for (int c = 0; c < 2; ++c) {
-        StoreBlock(mb + (4 + c) * 64, Chroma(c), 180, p.x / 4, p.y, parity, 0, 4);
-        StoreBlock(mb + (4 + c) * 64 + 4, Chroma(c), 180, p.x / 4, p.y + 8, parity, 0, 4);
+        StoreBlock<4>(mb + (4 + c) * 64, Chroma(c), 180, p.x / 4, p.y, parity, 0);
+        StoreBlock<4>(mb + (4 + c) * 64, Chroma(c), 180, p.x / 4, p.y + 8, parity, 4);
       }
     }
   }
@@ -181,13 +185,12 @@ struct DV25FrameDecoder {
       }
       uint8_t* outRow = dst + ptrdiff_t(oy) * dstRowBytes;
       if (outputKind == kOutputPacked422) {
-        for (int i = 0; i < 360; ++i) {
-          uint8_t* o = outRow + 4 * i;
-          if (writer.fLumaFirst) {
-            o[0] = luma[2 * i], o[1] = chroma[1][i], o[2] = luma[2 * i + 1], o[3] = chroma[0][i];
-          } else {
-            o[0] = chroma[1][i], o[1] = luma[2 * i], o[2] = chroma[0][i], o[3] = luma[2 * i + 1];
-          }
+        if (writer.fLumaFirst) {
+          for (int i = 0; i < 360; ++i, outRow += 4)
+            outRow[0] = luma[2 * i], outRow[1] = chroma[1][i], outRow[2] = luma[2 * i + 1], outRow[3] = chroma[0][i];
+        } else {
+          for (int i = 0; i < 360; ++i, outRow += 4)
+            outRow[0] = chroma[1][i], outRow[1] = luma[2 * i], outRow[2] = chroma[0][i], outRow[3] = luma[2 * i + 1];
         }
         continue;
       }

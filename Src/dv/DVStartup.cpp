@@ -7,6 +7,7 @@
 #include "frame/Globals.h"
 #include "frame/Startup.h"
 #include "primitives/DVPrimitives.h"
+#include "primitives/Primitives.h"
 
 namespace OX {
 namespace dv {
@@ -22,6 +23,27 @@ void BuildDequantisationTables() {
         const int a = z == 0 ? 1 : 1 << kDequantRowShift[row][AreaOfZigzag(z)];
         gDequant[mode][row][p] = uint16_t(a * std::lround(256.0 / Weight(mode, p)));
       }
+    }
+  }
+}
+
+int16_t gDCOnlySample[2][2 * kDCOnlyRange];
+bool gDCOnlyUniform[2][2 * kDCOnlyRange];
+
+void BuildDCOnlyTable() {
+  for (int mode = 0; mode < 2; ++mode) {
+    for (int index = 0; index < 2 * kDCOnlyRange; ++index) {
+      alignas(16) int16_t block[64] = {};
+      block[0] = int16_t(index - kDCOnlyRange);
+      if (mode) {
+        VecDCT248Inverse(block);
+      } else {
+        VecDCT8x8Inverse(block);
+      }
+      bool uniform = true;
+      for (int i = 1; i < 64; ++i) uniform &= block[i] == block[0];
+      gDCOnlySample[mode][index] = block[0];
+      gDCOnlyUniform[mode][index] = uniform;
     }
   }
 }
@@ -98,6 +120,7 @@ void FreeDecodeTable(void*& table) {
 
 void BuildDVDequantisationTables() {
   dv::BuildDequantisationTables();
+  dv::BuildDCOnlyTable();
   BuildDecodeTable(&gDVEntropyTableB);
 }
 void BuildDVEntropyTableA() { BuildDecodeTable(&gDVEntropyTableA); }

@@ -128,12 +128,25 @@ void DecideMode(BlockRecord& record, int16_t* other, ModeDecision rule) {
 
 }  // namespace
 
-int BlockBitsFor(const CoefficientWord* words, const uint8_t shifts[4], int divisor) {
+namespace {
+
+// The walk of BlockBitsFor, with the quantiser fixed at compile time so the loop carries no branch
+// on it. Area per zig-zag position by table: 1-5, 6-20, 21-42, 43-63.
+constexpr auto kAreaOf = [] {
+  struct {
+    uint8_t f[64];
+  } t{};
+  for (int z = 0; z < 64; ++z) t.f[z] = uint8_t(dv::AreaOfZigzag(z));
+  return t;
+}();
+
+template <bool kDivide>
+int WalkBlockBits(const CoefficientWord* words, const uint8_t shifts[4], uint32_t divisor) {
   int total = 16;
   uint32_t run = 0;
   for (const CoefficientWord* w = words + 1; *w != kEndOfWords; ++w) {
     const uint32_t word = *w;
-    const uint32_t m = QuantiseMagnitude(word >> 16, (word >> 8) & 0x7F, shifts, divisor);
+    const uint32_t m = kDivide ? (word >> 16) / divisor : (word >> 16) >> shifts[kAreaOf.f[(word >> 8) & 0x7F]];
     run += word & 0xFF;
     if (m > 255) return kSegmentBudgetBits;
     if (m == 0) {
@@ -149,6 +162,12 @@ int BlockBitsFor(const CoefficientWord* words, const uint8_t shifts[4], int divi
     run = 0;
   }
   return total;
+}
+
+}  // namespace
+
+int BlockBitsFor(const CoefficientWord* words, const uint8_t shifts[4], int divisor) {
+  return divisor ? WalkBlockBits<true>(words, shifts, uint32_t(divisor)) : WalkBlockBits<false>(words, shifts, 1);
 }
 
 void LoadYUYV16x8(const uint8_t* topLeft, ptrdiff_t rowBytes, int16_t* left, int16_t* right, int16_t* v,
@@ -215,21 +234,23 @@ int SegmentCompressor::ScanBlock(int b, const uint8_t* zigzag, int dc) {
 }
 
 int SegmentCompressor::SearchQNO(int start) const {
+  // Only the comparison with the budget matters, so each count may stop once past it.
+  const int budget = kSegmentBudgetBits;
   int q = start;
-  if (SegmentBitsAtQNO(q) <= kSegmentBudgetBits) {
-    while (q < 15 && SegmentBitsAtQNO(q + 1) <= kSegmentBudgetBits) ++q;
+  if (SegmentBitsAtQNO(q, budget) <= budget) {
+    while (q < 15 && SegmentBitsAtQNO(q + 1, budget) <= budget) ++q;
   } else {
     while (q > 0) {
       --q;
-      if (q == 0 || SegmentBitsAtQNO(q) <= kSegmentBudgetBits) break;
+      if (q == 0 || SegmentBitsAtQNO(q, budget) <= budget) break;
     }
   }
   return q;
 }
 
-int SegmentCompressor::SegmentBitsAtQNO(int q) const {
+int SegmentCompressor::SegmentBitsAtQNO(int q, int limit) const {
   int total = 0;
-  for (int b = 0; b < BlockCount(); ++b)
+  for (int b = 0; b < BlockCount() && total <= limit; ++b)
     total += BlockBitsFor(blocks[b].wordList, QuantShiftsOf(q, blocks[b].classNumber).f, 0);
   return total;
 }
@@ -344,101 +365,132 @@ void SegmentCompressor::PackAndStore(uint8_t* firstVideoBlock, const uint8_t qno
 
 namespace {
 
-// Squared error of a coefficient in the picture, relative, by mode and raster position: the
-// weighting scaled the coefficient by table / 65536 before quantisation.
-struct InverseWeights {
-  double f[2][64];
+// Squared error of a coefficient in the picture, relative, by mode and zig-zag position: the
+// weighting scaled the coefficient by table / 65536 before quantisation. With the position's area
+// beside it, so that the walk below reads one entry a word.
+struct PositionFactors {
+  float inverseWeight2[2][64];
+  uint8_t area[64];
 };
-const InverseWeights kInverseWeight2 = [] {
-  InverseWeights t{};
-  for (int i = 0; i < 64; ++i) {
-    t.f[0][i] = 1.0 / (double(kDVForwardWeight88[i]) * kDVForwardWeight88[i]);
-    t.f[1][i] = 1.0 / (double(kDVForwardWeight248[i]) * kDVForwardWeight248[i]);
+const PositionFactors kPositionFactors = [] {
+  PositionFactors t{};
+  for (int z = 0; z < 64; ++z) {
+    const double w88 = kDVForwardWeight88[dv::kScan88.f[z]], w248 = kDVForwardWeight248[dv::kScan248.f[z]];
+    t.inverseWeight2[0][z] = float(1.0 / (w88 * w88));
+    t.inverseWeight2[1][z] = float(1.0 / (w248 * w248));
+    t.area[z] = uint8_t(dv::AreaOfZigzag(z));
   }
   return t;
 }();
 
 struct BlockCost {
   int bits;
-  double distortion;
+  float distortion;
 };
 
-// Bits and quantisation error of one block at the given area shifts.
+// Bits and quantisation error of one block at the given area shifts, in one walk of its words
+// by the rules of BlockBitsFor.
 BlockCost CostOf(const BlockRecord& record, const uint8_t shifts[4]) {
-  const double* inverse = kInverseWeight2.f[record.dctMode];
-  const uint8_t* scan = dv::kScan[record.dctMode];
-  double distortion = 0;
+  const float* inverse = kPositionFactors.inverseWeight2[record.dctMode];
+  float distortion = 0;
+  int bits = 16;
+  uint32_t run = 0;
   for (const CoefficientWord* w = record.wordList + 1; *w != kEndOfWords; ++w) {
-    const int position = (*w >> 8) & 0x7F;
-    const uint32_t magnitude = *w >> 16;
-    const int shift = shifts[dv::AreaOfZigzag(position)];
-    const double error = double(magnitude - ((magnitude >> shift) << shift));
-    distortion += error * error * inverse[scan[position]];
+    const uint32_t word = *w;
+    const int position = (word >> 8) & 0x7F;
+    const uint32_t magnitude = word >> 16;
+    const int shift = shifts[kPositionFactors.area[position]];
+    const uint32_t m = magnitude >> shift;
+    const float error = float(magnitude - (m << shift));
+    distortion += error * error * inverse[position];
+    run += word & 0xFF;
+    if (m > 255) return {kSegmentBudgetBits, distortion};
+    if (m == 0) {
+      ++run;
+      continue;
+    }
+    if (m > dv::kVLCRunLimit[run]) {
+      if (run) bits += gDVZeroRunCodes[run].length;
+      bits += gDVRunLevelCodes[0][m].length;
+    } else {
+      bits += gDVRunLevelCodes[run][m].length;
+    }
+    run = 0;
   }
-  return {BlockBitsFor(record.wordList, shifts, 0), distortion};
+  return {bits, distortion};
 }
+
+// The gain of a step: distortion saved per bit spent; a step that saves bits comes first.
+double Score(int bits, double saved) { return bits <= 0 ? 1e300 : saved / bits; }
 
 }  // namespace
 
 void SegmentCompressor::Refine(uint8_t qnos[5]) {
   const int count = BlockCount();
+  const int per = blocksPerMacroblock;
   BlockCost current[kMaxBlocks];
+  // Costs of the candidate steps, kept until the block or macroblock they belong to changes.
+  BlockCost finerClass[kMaxBlocks];
+  BlockCost finerQNO[kMaxBlocks];
+  bool classValid[kMaxBlocks] = {};
+  bool qnoValid[5] = {};
   int total = 0;
   for (int b = 0; b < count; ++b) {
-    current[b] = CostOf(blocks[b], QuantShiftsOf(qnos[b / blocksPerMacroblock], blocks[b].classNumber).f);
+    current[b] = CostOf(blocks[b], QuantShiftsOf(qnos[b / per], blocks[b].classNumber).f);
     total += current[b].bits;
   }
   for (;;) {
     const int slack = kSegmentBudgetBits - total;
-    // Candidate 0..count-1: one block a class finer; count..count+4: one macroblock a QNO finer.
     int best = -1;
     double bestScore = 0;
-    BlockCost bestCosts[8];
-    BlockCost trial[8];
     for (int b = 0; b < count; ++b) {
       if (blocks[b].classNumber == 0) continue;
-      trial[0] = CostOf(blocks[b], QuantShiftsOf(qnos[b / blocksPerMacroblock], blocks[b].classNumber - 1).f);
-      const int bits = trial[0].bits - current[b].bits;
-      const double saved = current[b].distortion - trial[0].distortion;
+      if (!classValid[b]) {
+        finerClass[b] = CostOf(blocks[b], QuantShiftsOf(qnos[b / per], blocks[b].classNumber - 1).f);
+        classValid[b] = true;
+      }
+      const int bits = finerClass[b].bits - current[b].bits;
+      const double saved = double(current[b].distortion) - finerClass[b].distortion;
       if (bits > slack || saved <= 0) continue;
-      const double score = bits <= 0 ? 1e300 : saved / bits;
+      const double score = Score(bits, saved);
       if (score > bestScore) {
         bestScore = score;
         best = b;
-        bestCosts[0] = trial[0];
       }
     }
     for (int m = 0; m < 5; ++m) {
       if (qnos[m] == 15) continue;
       int bits = 0;
       double saved = 0;
-      for (int i = 0; i < blocksPerMacroblock; ++i) {
-        const int b = m * blocksPerMacroblock + i;
-        trial[i] = CostOf(blocks[b], QuantShiftsOf(qnos[m] + 1, blocks[b].classNumber).f);
-        bits += trial[i].bits - current[b].bits;
-        saved += current[b].distortion - trial[i].distortion;
+      for (int b = m * per; b < (m + 1) * per; ++b) {
+        if (!qnoValid[m]) finerQNO[b] = CostOf(blocks[b], QuantShiftsOf(qnos[m] + 1, blocks[b].classNumber).f);
+        bits += finerQNO[b].bits - current[b].bits;
+        saved += double(current[b].distortion) - finerQNO[b].distortion;
       }
+      qnoValid[m] = true;
       if (bits > slack || saved <= 0) continue;
-      const double score = bits <= 0 ? 1e300 : saved / bits;
+      const double score = Score(bits, saved);
       if (score > bestScore) {
         bestScore = score;
         best = count + m;
-        std::copy(trial, trial + blocksPerMacroblock, bestCosts);
       }
     }
     if (best < 0) return;
     if (best < count) {
       --blocks[best].classNumber;
-      total += bestCosts[0].bits - current[best].bits;
-      current[best] = bestCosts[0];
+      total += finerClass[best].bits - current[best].bits;
+      current[best] = finerClass[best];
+      classValid[best] = false;
+      qnoValid[best / per] = false;
     } else {
       const int m = best - count;
       ++qnos[m];
-      for (int i = 0; i < blocksPerMacroblock; ++i) {
-        const int b = m * blocksPerMacroblock + i;
-        total += bestCosts[i].bits - current[b].bits;
-        current[b] = bestCosts[i];
+      for (int b = m * per; b < (m + 1) * per; ++b) {
+        total += finerQNO[b].bits - current[b].bits;
+        current[b] = finerQNO[b];
+        classValid[b] = false;
       }
+      qnoValid[m] = false;
     }
   }
 }

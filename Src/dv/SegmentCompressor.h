@@ -66,8 +66,9 @@ class SegmentCompressor {
   void SetRefinement(bool on) { refine = on; }
   const BlockRecord& Block(int index) const { return blocks[index]; }
 
-  // Bits the segment takes at quantiser QNO `q` with the current word lists and classes.
-  int SegmentBitsAtQNO(int q) const;
+  // Bits the segment takes at quantiser QNO `q` with the current word lists and classes; the
+  // count stops at the first block that takes it past `limit`.
+  int SegmentBitsAtQNO(int q, int limit = 1 << 30) const;
   // The QNO search from `start`: up while the next QNO fits the budget, down until one fits
   // (QNO 0 is taken untested).
   int SearchQNO(int start) const;

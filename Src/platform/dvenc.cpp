@@ -259,8 +259,11 @@ int32_t Encode(Handle handle, const void* source, int32_t sourceRowBytes, void* 
   writer.APT = dvcpro ? 1 : 0;
   OX::SegmentCompressor compressor;
   compressor.Prepare();
-  compressor.SetModeDecision((flags & kFlagDraft) ? OX::ModeDecision::kOff : OX::ModeDecision::kAbsoluteSum);
-  compressor.SetRefinement(true);
+  // Drafts take the 8-8 transform everywhere and the plain QNO search; full quality chooses the
+  // transform per block and spends the budget's remainder where it saves the most distortion.
+  const bool draft = (flags & kFlagDraft) != 0;
+  compressor.SetModeDecision(draft ? OX::ModeDecision::kOff : OX::ModeDecision::kAbsoluteSum);
+  compressor.SetRefinement(!draft);
   for (int i = 0; i < sequences; ++i) {
     uint8_t* sequenceStart = writer.cursor;
     writer.BeginSequence(sequences, format, uint8_t(i), 0, 1);

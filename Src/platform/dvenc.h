@@ -17,7 +17,7 @@ using Handle = void*;
 // Flags of Encode.
 constexpr uint32_t kFlagBase = 0x10000;           // always set
 constexpr uint32_t kFlagDVCPRO = 0x8;             // PAL 4:1:1 frame (APT 1)
-constexpr uint32_t kFlagDraft = 0x2;              // skip the per-block DCT mode search (8-8 only)
+constexpr uint32_t kFlagDraft = 0x2;              // 8-8 transform only and no bit refinement
 constexpr uint32_t kFlagStraightAlpha = 0x100000;  // composite the source over black first
 
 // Source codes: the four bytes of the pixel order, little-endian.

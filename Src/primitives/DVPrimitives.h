@@ -63,5 +63,9 @@ int32_t DV100DecodeSegment(const uint8_t*, const uint8_t*, const void*, int16_t*
 int32_t DV50PackRows(const int16_t* const*, uint8_t* const*, int32_t);
 int32_t DV100PackRows(const int16_t*, uint8_t* const*, int32_t);
 }  // namespace portable
+namespace sse2 {
+int32_t DV50PackRows(const int16_t* const*, uint8_t* const*, int32_t);
+int32_t DV100PackRows(const int16_t*, uint8_t* const*, int32_t);
+}  // namespace sse2
 
 }  // namespace OX

@@ -1,6 +1,5 @@
 // DV operations of the primitive layer, portable form: segment decode with the three placement
 // passes of the published bit distribution, and the DV50 / DV100 row packers.
-#include <algorithm>
 #include <cstring>
 
 #include "primitives/DVPrimitives.h"
@@ -8,125 +7,122 @@
 namespace OX::portable {
 namespace {
 
-// Big-endian bit reader over `bytes` bytes with an end at bit `end`, preceded by up to 15 bits
-// carried over from a code that did not fit in the block's previous range.
-struct BitCursor {
-  const uint8_t* fData;
-  int fBytes;
-  int fPos;
-  int fEnd;
-  uint32_t fCarry = 0;
-  int fCarryBits = 0;
+// The segment is copied into a buffer with zero padding, so that 16 bits can be read at any bit
+// position of it with one unaligned load.
+constexpr int kSegmentBytes = 400;
+constexpr int kPaddedSegmentBytes = kSegmentBytes + 16;
 
-  int Remaining() const { return fCarryBits + std::max(0, fEnd - fPos); }
-  // The next 16 bits, most significant first; bits past the data read as zero.
-  uint32_t Peek16() const {
-    uint64_t v = 0;
-    const int byte = fPos >> 3;
-    for (int i = 0; i < 5; ++i) {
-      const int b = byte + i;
-      v = (v << 8) | (b >= 0 && b < fBytes && fPos < fEnd ? fData[b] : 0u);
-    }
-    uint32_t w = uint32_t(v >> (8 - (fPos & 7)));
-    if (fCarryBits) w = (fCarry << (32 - fCarryBits)) | (w >> fCarryBits);
-    return w >> 16;
-  }
-  void Skip(int n) {
-    if (n <= fCarryBits) {
-      fCarryBits -= n;
-      fCarry &= (1u << fCarryBits) - 1;
-    } else {
-      fPos += n - fCarryBits;
-      fCarry = 0;
-      fCarryBits = 0;
-    }
-  }
-};
+inline uint32_t Peek16(const uint8_t* data, int bitPosition) {
+  uint32_t word;
+  std::memcpy(&word, data + (bitPosition >> 3), 4);
+  word = __builtin_bswap32(word);
+  return (word << (bitPosition & 7)) >> 16;
+}
 
-// Collects left-over bits of finished blocks, in order.
-struct BitSink {
-  uint8_t* fData;
-  int fBits = 0;
-  void Put(uint32_t bits, int n) {
-    for (int i = n - 1; i >= 0; --i, ++fBits) {
-      if ((bits >> i) & 1) fData[fBits >> 3] |= uint8_t(0x80 >> (fBits & 7));
-    }
-  }
-  void Append(BitCursor& from) {
-    while (from.Remaining() > 0) {
-      const int n = std::min(16, from.Remaining());
-      Put(from.Peek16() >> (16 - n), n);
-      from.Skip(n);
-    }
-  }
+// A run of bits of the segment, [fPos, fEnd).
+struct Range {
+  int fPos, fEnd;
 };
 
 struct BlockState {
   int16_t* fCoefficients;
   const uint8_t* fOrder;
-  int fPos = 1;             // next scan position; the DC is position 0
-  uint32_t fCarry = 0;      // bits of a code cut by the end of the previous range
-  int fCarryBits = 0;
-  bool fComplete = false;   // ended on the end-of-block code
-  bool fEnded = false;      // no more data is read into it (complete or damaged)
+  int fPos;             // next scan position; the DC is position 0
+  uint32_t fCarry;      // bits of a code cut by the end of the previous range
+  int fCarryBits;
+  bool fComplete;       // ended on the end-of-block code
+  bool fEnded;          // no more data is read into it (complete or damaged)
 };
 
-// Reads codes into `block` until its end, or until `cursor` runs out (the cut code's bits are
-// kept in the block for the next range).
-void DecodeBlock(BlockState& block, BitCursor& cursor, const uint32_t* table) {
-  while (!block.fEnded) {
-    const int available = cursor.Remaining();
-    if (available == 0) return;
-    const uint32_t w = cursor.Peek16();
-    const uint32_t peek9 = w >> 7;
-    int length, run, value;
-    if (peek9 < uint32_t(kDVSecondLevelLimit)) {
-      const uint32_t e = peek9 < uint32_t(kDVFirstLevelLimit) ? table[peek9] : table[512 + ((w >> 3) & 511)];
-      length = int(e & 0xFF);
-      run = int((e >> 8) & 0xFF);
-      value = int16_t(e >> 16);
-    } else {
-      // Long form: seven ones, eight bits of magnitude, the sign.
-      length = 16;
-      run = 0;
-      value = int((w >> 1) & 0xFF) * 64;
-      if (w & 1) value = -value;
-    }
-    if (length == int(kDVVLCEmptyLength)) {  // not a code: nothing more can be read
-      block.fEnded = true;
-      return;
-    }
+// Resolves the code at the top of the 16-bit window `w`: length (with sign), run and value.
+inline void Lookup(uint32_t w, const uint32_t* table, int& length, int& run, int& value) {
+  const uint32_t peek9 = w >> 7;
+  if (peek9 < uint32_t(kDVSecondLevelLimit)) {
+    const uint32_t e = peek9 < uint32_t(kDVFirstLevelLimit) ? table[peek9] : table[512 + ((w >> 3) & 511)];
+    length = int(e & 0xFF);
+    run = int((e >> 8) & 0xFF);
+    value = int16_t(e >> 16);
+  } else {
+    // Long form: seven ones, eight bits of magnitude, the sign.
+    length = 16;
+    run = 0;
+    value = int((w >> 1) & 0xFF) * 64;
+    if (w & 1) value = -value;
+  }
+}
+
+// Places one decoded code; true when it ended the block.
+inline bool Place(BlockState& block, int run, int value) {
+  const int target = block.fPos + run;
+  if (target > 63) {
+    block.fEnded = true;
+    block.fComplete = run == kDVEndOfBlockRun;
+    return true;
+  }
+  block.fCoefficients[block.fOrder[target]] = int16_t(value);
+  block.fPos = target + 1;
+  return false;
+}
+
+// Reads codes of `range` into `block`. Returns true when the block ended (the rest of the
+// range is left in it), false when the range ran out (a cut code's bits are kept in the block).
+bool DecodeRange(BlockState& block, const uint8_t* data, Range& range, const uint32_t* table) {
+  int length, run, value;
+  if (block.fCarryBits) {
+    // The code cut at the end of the previous range continues here.
+    const int carried = block.fCarryBits;
+    const int available = carried + (range.fEnd - range.fPos);
+    const uint32_t w = ((block.fCarry << (16 - carried)) | (Peek16(data, range.fPos) >> carried)) & 0xFFFF;
+    Lookup(w, table, length, run, value);
+    if (length == int(kDVVLCEmptyLength)) return block.fEnded = true;
     if (length > available) {
       block.fCarry = w >> (16 - available);
       block.fCarryBits = available;
-      cursor.Skip(available);
-      return;
+      range.fPos = range.fEnd;
+      return false;
     }
-    cursor.Skip(length);
-    const int target = block.fPos + run;
-    if (target > 63) {
-      block.fEnded = true;
-      block.fComplete = run == kDVEndOfBlockRun;
-      return;
+    range.fPos += length - carried;
+    block.fCarryBits = 0;
+    if (Place(block, run, value)) return true;
+  }
+  for (;;) {
+    const int available = range.fEnd - range.fPos;
+    if (available <= 0) return false;
+    const uint32_t w = Peek16(data, range.fPos);
+    Lookup(w, table, length, run, value);
+    if (length == int(kDVVLCEmptyLength)) return block.fEnded = true;  // not a code
+    if (length > available) {
+      block.fCarry = w >> (16 - available);
+      block.fCarryBits = available;
+      range.fPos = range.fEnd;
+      return false;
     }
-    block.fCoefficients[block.fOrder[target]] = int16_t(value);
-    block.fPos = target + 1;
+    range.fPos += length;
+    if (Place(block, run, value)) return true;
   }
 }
 
-// Hands the bits of `spare` to the unfinished blocks in order, each resuming its cut code.
-void FeedUnfinished(BlockState* blocks, int count, BitCursor& spare, const uint32_t* table) {
-  for (int b = 0; b < count && spare.Remaining() > 0; ++b) {
-    BlockState& block = blocks[b];
-    if (block.fEnded) continue;
-    spare.fCarry = block.fCarry;
-    spare.fCarryBits = block.fCarryBits;
-    block.fCarryBits = 0;
-    DecodeBlock(block, spare, table);
-    spare.fCarry = 0;
-    spare.fCarryBits = 0;
+// Left-over bits, as ranges of the segment in the order they are handed on.
+struct RangeQueue {
+  Range fRanges[40];
+  int fCount = 0;
+  int fNext = 0;
+  void Push(Range r) {
+    if (r.fEnd > r.fPos) fRanges[fCount++] = r;
   }
-}
+  // Hands the queued bits to the unfinished blocks in order, each resuming its cut code.
+  void Feed(BlockState* blocks, int count, const uint8_t* data, const uint32_t* table) {
+    for (int b = 0; b < count && fNext < fCount; ++b) {
+      BlockState& block = blocks[b];
+      if (block.fEnded) continue;
+      while (fNext < fCount && !DecodeRange(block, data, fRanges[fNext], table)) ++fNext;
+    }
+  }
+  // What is left goes on to `to`.
+  void MoveRestTo(RangeQueue& to) {
+    for (int i = fNext; i < fCount; ++i) to.Push(fRanges[i]);
+  }
+};
 
 struct Layout {
   int fBlocks;
@@ -142,42 +138,37 @@ int32_t DecodeSegment(const Layout& layout, const uint8_t* segment, const uint8_
   if (!segment || !order || !tablePointer || !coefficients || !blockInfo) return -8;
   const uint32_t* table = static_cast<const uint32_t*>(tablePointer);
   constexpr int kMacroblocks = 5;
-  BlockState blocks[kMacroblocks][8];
-  // Left-over bits: at most 67 bytes a macroblock, 5 of them for the segment.
-  alignas(16) uint8_t macroblockSpare[kMacroblocks][80];
-  alignas(16) uint8_t segmentSpare[5 * 80];
-  std::memset(macroblockSpare, 0, sizeof(macroblockSpare));
-  std::memset(segmentSpare, 0, sizeof(segmentSpare));
-  BitSink segmentSink{segmentSpare};
+  alignas(16) uint8_t data[kPaddedSegmentBytes];
+  std::memcpy(data, segment, kSegmentBytes);
+  std::memset(data + kSegmentBytes, 0, kPaddedSegmentBytes - kSegmentBytes);
 
+  BlockState blocks[kMacroblocks][8];
+  RangeQueue segmentQueue;
   for (int m = 0; m < kMacroblocks; ++m) {
-    const uint8_t* difBlock = segment + m * 80;
+    const uint8_t* difBlock = data + m * 80;
     const uint32_t qno = difBlock[3] & 15;
-    BitSink sink{macroblockSpare[m]};
+    RangeQueue queue;
     // Pass 1: every block from its own bits.
     for (int b = 0; b < layout.fBlocks; ++b) {
       const int offset = layout.fOffset[b];
       const int index = m * layout.fBlocks + b;
-      BlockState& block = blocks[m][b];
-      block.fCoefficients = coefficients + index * 64;
       const uint8_t second = difBlock[offset + 1];
-      block.fOrder = order + (layout.fTwoOrders && (second & 0x40) ? 64 : 0);
+      BlockState& block = blocks[m][b];
+      block = {coefficients + index * 64, order + (layout.fTwoOrders && (second & 0x40) ? 64 : 0), 1, 0, 0, false,
+               false};
       // 9-bit signed DC, placed in the top of the 16 bits.
       const int dc = (int(difBlock[offset]) << 1 | second >> 7) - ((difBlock[offset] & 0x80) ? 512 : 0);
       block.fCoefficients[0] = int16_t(dc * 128);
       blockInfo[index] = qno << 16 | (second & 0x70u);
-      BitCursor cursor{difBlock, offset + layout.fSize[b], offset * 8 + 12, (offset + layout.fSize[b]) * 8};
-      DecodeBlock(block, cursor, table);
-      if (block.fComplete) sink.Append(cursor);
+      Range own = {(m * 80 + offset) * 8 + 12, (m * 80 + offset + layout.fSize[b]) * 8};
+      if (DecodeRange(block, data, own, table) && block.fComplete) queue.Push(own);
     }
     // Pass 2: unfinished blocks take the macroblock's left-over bits in block order.
-    BitCursor spare{macroblockSpare[m], 80, 0, sink.fBits};
-    FeedUnfinished(blocks[m], layout.fBlocks, spare, table);
-    segmentSink.Append(spare);
+    queue.Feed(blocks[m], layout.fBlocks, data, table);
+    queue.MoveRestTo(segmentQueue);
   }
   // Pass 3: unfinished blocks of the whole segment take what is left anywhere in it.
-  BitCursor spare{segmentSpare, int(sizeof(segmentSpare)), 0, segmentSink.fBits};
-  for (int m = 0; m < kMacroblocks; ++m) FeedUnfinished(blocks[m], layout.fBlocks, spare, table);
+  for (int m = 0; m < kMacroblocks; ++m) segmentQueue.Feed(blocks[m], layout.fBlocks, data, table);
   return 0;
 }
 
@@ -209,35 +200,6 @@ int32_t DV100DecodeSegment(const uint8_t* segment, const uint8_t* order, const v
   return DecodeSegment(kEightBlocks, segment, order, table, coefficients, blockInfo);
 }
 
-int32_t DV50PackRows(const int16_t* const* blockPointers, uint8_t* const* rowPointers, int32_t rowStep) {
-  if (!blockPointers || !rowPointers) return -8;
-  if (rowStep < 1) return -6;
-  for (int j = 0; j < 5; ++j) {
-    const int16_t* b = blockPointers[j];
-    for (int r = 0; r * rowStep < 8; ++r) {
-      const int row = r * rowStep * 8;
-      PackRow(b + row, b + 128 + row, b + 320 + row, b + 256 + row, rowPointers[j * 8 + r]);
-    }
-  }
-  return 0;
-}
-
-int32_t DV100PackRows(const int16_t* coefficients, uint8_t* const* rowPointers, int32_t rowStep) {
-  if (!coefficients || !rowPointers) return -8;
-  if (rowStep < 1) return -6;
-  for (int j = 0; j < 5; ++j) {
-    const int16_t* mb = coefficients + j * 8 * 64;
-    for (int h = 0; h < 2; ++h) {
-      const int16_t* y = mb + (h ? 2 : 0) * 64;
-      const int16_t* v = mb + (4 + h) * 64;
-      const int16_t* u = mb + (6 + h) * 64;
-      for (int r = 0; r * rowStep < 8; ++r) {
-        const int row = r * rowStep * 8;
-        PackRow(y + row, y + 64 + row, u + row, v + row, rowPointers[j * 16 + h * 8 + r]);
-      }
-    }
-  }
-  return 0;
-}
+#include "primitives/DVPackRows.inl"
 
 }  // namespace OX::portable

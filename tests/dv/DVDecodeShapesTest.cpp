@@ -301,3 +301,43 @@ TEST(DVDecodeShapes, EightThreadsGiveTheSameBytesAsOne) {
 }
 
 }  // namespace
+
+namespace {
+
+// A 720p frame whose FSP says channels 2 and 3 holds the same macroblocks as one that says 0
+// and 1; only where they land differs, as the placement with the channel offset tells.
+TEST(DVDecodeShapes, FrameWithFSPZeroTakesChannelsTwoAndThree) {
+  if (!PeerAvailable()) GTEST_SKIP();
+  using namespace OX::dv;
+  for (OX_PixelFormat format : {OX_PixelFormat_NTSC_DV100_720p, OX_PixelFormat_PAL_DV100_720p}) {
+    const PeerFormat& f = *FindPeerFormat(format, Sampling::k422);
+    const std::vector<uint8_t>& frame = PeerFrame(f, 1);
+    ASSERT_EQ(ChannelOffsetOf720p(frame.data()), 0) << f.name;
+    std::vector<uint8_t> moved = frame;
+    moved[1] &= ~0x04;  // FSP 0
+    ASSERT_EQ(ChannelOffsetOf720p(moved.data()), 2);
+    const Decoded first = Decode(f, frame, OX_PixelFormat_YUYV_422_8u_709, 960, 720, 0, 4);
+    const Decoded second = Decode(f, moved, OX_PixelFormat_YUYV_422_8u_709, 960, 720, 0, 4);
+    ASSERT_EQ(first.result | second.result, 0);
+    const DVFormatInfo& info = *FindDVFormat(format);
+    int wrong = 0, moves = 0;
+    for (int c = 0; c < 2; ++c)
+      for (int i = 0; i < 10; ++i)
+        for (int k = 0; k < 27; ++k) {
+          DV100Placement a[5], b[5];
+          PlaceMacroblocksDV100(info, c, i, k, a);
+          PlaceMacroblocksDV100(info, c + 2, i, k, b);
+          for (int j = 0; j < 5; ++j)
+            for (int h = 0; h < 2; ++h) {
+              moves += a[j].fHalf[h].y != b[j].fHalf[h].y;
+              for (int r = 0; r < 8; ++r)
+                wrong += std::memcmp(first.Row(a[j].fHalf[h].y + r) + a[j].fHalf[h].x * 2,
+                                     second.Row(b[j].fHalf[h].y + r) + b[j].fHalf[h].x * 2, 32) != 0;
+            }
+        }
+    EXPECT_EQ(wrong, 0) << f.name;
+    EXPECT_GT(moves, 1000) << f.name;  // the offset really moves macroblocks
+  }
+}
+
+}  // namespace

@@ -9,9 +9,7 @@
 #include <vector>
 
 #include "Ombrix.h"
-#include "conversion/EncodeRoad.h"
 #include "dv/DVEncodeTestSupport.h"
-#include "dv/SegmentCompressor.h"
 
 namespace ombrix_test {
 namespace {
@@ -58,10 +56,10 @@ std::vector<uint8_t> EncodeOurs(const Family& f, const Planes& p422) {
   std::vector<uint8_t> frame(size_t(bytes), 0);
   OX_Result r;
   if (f.road == Road::kDVCPRO)
-    r = OX::InvokeDVEncoderLibrary(packed.data(), f.width * 2, f.source, f.width, f.height, frame.data(), bytes, f.format, true,
+    r = OX_CompressDVCPROPAL25(packed.data(), f.width * 2, f.source, f.width, f.height, frame.data(), bytes, f.format,
                                4);
   else
-    r = OX::EncodeContainerFrame(packed.data(), f.width * 2, f.source, f.width, f.height, frame.data(), bytes, f.format, 4);
+    r = OX_Convert(packed.data(), f.width * 2, f.source, frame.data(), bytes, f.format, f.width, f.height, 4);
   EXPECT_EQ(r, OX_Success) << f.name;
   return frame;
 }

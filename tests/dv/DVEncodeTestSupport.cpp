@@ -1,5 +1,5 @@
 // Test pictures, subsampling references, PSNR and the libavcodec peer for the DV encoding tests.
-#include "dv/DVEncodeTestSupport.h"
+#include "DVEncodeTestSupport.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,5 +1,5 @@
 // libavcodec's dvvideo as the independent peer of the DV decoder tests.
-#include "dv/DVPeer.h"
+#include "DVPeer.h"
 
 #include <cmath>
 #include <cstring>

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "Ombrix.h"
+#include "conversion/DecodeTarget.h"
 #include "dv/DVPeer.h"
 
 namespace {
@@ -57,13 +58,14 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (size < 3) return 0;
   const OX_PixelFormat format = gFormats[data[0] % gFormatCount];
-  const OX_PixelFormat target = kTargets[(data[1] & 0x7F) % (sizeof(kTargets) / sizeof(kTargets[0]))];
+  const OX_PixelFormat target = kTargets[(data[1] & 0x3F) % (sizeof(kTargets) / sizeof(kTargets[0]))];
   const int choice = data[2];
   const bool damageRealFrame = (data[1] & 0x80) != 0;
+  const bool convertFurther = (data[1] & 0x40) != 0;
   data += 3;
   size -= 3;
-  // The frame: the input, repeated to the format's size so that short inputs reach every
-  // sequence; the header of a real frame is kept in front when the input is short.
+  // The frame: a real frame damaged by the input, or the input repeated to the format's size so
+  // that short inputs reach every sequence.
   const int32_t frameBytes = OX_PixelFormatSize(format, 0, 0);
   std::vector<uint8_t> frame(size_t(frameBytes), 0xFF);
   const std::vector<uint8_t>& base = gBaseFrames[BaseIndex(format)];
@@ -84,8 +86,15 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const Size s = sizes[choice % 5];
   const int quality = (choice / 5) % 6;
 
+  // Mostly the decoder's own format at that size (the decoder's work alone), sometimes another
+  // raw format through the conversion behind it.
+  OX_PixelFormat destination = target;
+  if (!convertFurther) {
+    int32_t w = 0, h = 0;
+    OX_ChooseDecodeTarget(format, s.w, s.h, target, s.w, s.h, quality, &destination, &w, &h);
+  }
   const int32_t rowBytes = s.w * 16 + 64;
   std::vector<uint8_t> out(size_t(rowBytes) * s.h + 64);
-  OX_Convert(frame.data(), 0, format, out.data(), rowBytes, target, s.w, s.h, quality);
+  OX_Convert(frame.data(), 0, format, out.data(), rowBytes, destination, s.w, s.h, quality);
   return 0;
 }
