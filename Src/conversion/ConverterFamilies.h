@@ -49,8 +49,10 @@ enum Premul15uMember { kPremul15uLast, kPremul15uFirst, kPremul15uCount };
 // AVX, portable (scalar).
 enum Unpremul32fMember { kUnpremul32fRcp, kUnpremul32fDiv, kUnpremul32fCount };
 // Channel order: reversed four-sample pixels at 8u, 15u, 32f; swapped luma and chroma at 4:2:2.
+// AVX2, SSSE3, portable.
 enum OrderMember { kReverse8u, kReverse15u, kReverse32f, kSwap422_8u, kSwap422_32f, kOrderCount };
-// Subsampling both ways, and 4:2:2 8u straight to RGB 8u.
+// Subsampling both ways, and 4:2:2 8u straight to RGB 8u. AVX2, SSSE3 (the rounded-up chroma
+// mean), SSE2, portable.
 enum SubsampleMember {
   kVuy8uToUyvy8u, kVuy32fToUyvy32f,
   kUyvy8uToVuy8u, kYuyv8uToVuy8u,
@@ -58,13 +60,14 @@ enum SubsampleMember {
   kUyvy8uToBgr8u601, kUyvy8uToBgr8u709, kYuyv8uToBgr8u601, kYuyv8uToBgr8u709,
   kSubsampleCount
 };
-// V210 both ways.
+// V210 both ways. AVX2, SSSE3, portable.
 enum V210Member {
   kUyvy8uToV210, kUyvy32fToV210, kV210ToUyvy8u, kV210ToUyvy32f,
   kV210ToVuy8u, kV210_709ToVuy8u601, kV210ToBgr8u601, kV210ToBgr8u709,
   kV210Count
 };
-// Linear light at 32f (pow both ways) and between 8u and 32f Linear (table, boundary search).
+// Linear light at 32f (pow both ways) and between 8u and 32f Linear (table, boundary count).
+// One form: the C library's pow per sample is the work, and a vector form would not be faster.
 enum LinearMember { kLinearToGamma32f, kGammaToLinear32f, kBgra8uToLinear32f, kLinear32fToBgra8u, kLinearCount };
 
 #define OX_CONVERTER_FAMILIES(X)                \

@@ -75,14 +75,24 @@ inline P RcpApprox(P x) {
   return r;
 }
 inline P LoadU8P(const uint8_t* p) { return SetP(p[0], p[1], p[2], p[3]); }
-inline P LoadU16P(const uint16_t* p) { return SetP(p[0], p[1], p[2], p[3]); }
-inline P LoadF32P(const float* p) { return SetP(p[0], p[1], p[2], p[3]); }
+inline P LoadU16P(const uint16_t* p) {
+  uint16_t v[4];
+  std::memcpy(v, p, 8);
+  return SetP(v[0], v[1], v[2], v[3]);
+}
+inline P LoadF32P(const float* p) {
+  P r;
+  std::memcpy(r.v, p, 16);
+  return r;
+}
 // Stores exact integers already clamped to the sample's range.
 inline void StoreU8(uint8_t* p, P x) {
   for (int i = 0; i < 4; ++i) p[i] = uint8_t(int32_t(x.v[i]));
 }
 inline void StoreU16(uint16_t* p, P x) {
-  for (int i = 0; i < 4; ++i) p[i] = uint16_t(int32_t(x.v[i]));
+  uint16_t v[4];
+  for (int i = 0; i < 4; ++i) v[i] = uint16_t(int32_t(x.v[i]));
+  std::memcpy(p, v, 8);
 }
 inline void StoreF32(float* p, P x) { std::memcpy(p, x.v, 16); }
 

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 
 namespace OX {
 
@@ -11,7 +12,9 @@ struct V210Group {
   uint32_t y[6], u[3], v[3];
 };
 
-inline void UnpackV210(const uint32_t* w, V210Group& g) {
+inline void UnpackV210(const uint32_t* words, V210Group& g) {
+  uint32_t w[4];
+  std::memcpy(w, words, 16);
   auto s = [&](int word, int slot) { return (w[word] >> (10 * slot)) & 0x3FF; };
   g.u[0] = s(0, 0); g.y[0] = s(0, 1); g.v[0] = s(0, 2);
   g.y[1] = s(1, 0); g.u[1] = s(1, 1); g.y[2] = s(1, 2);
@@ -20,11 +23,13 @@ inline void UnpackV210(const uint32_t* w, V210Group& g) {
 }
 
 // Samples are ORed in as they are: the caller keeps them within ten bits.
-inline void PackV210(const V210Group& g, uint32_t* w) {
+inline void PackV210(const V210Group& g, uint32_t* words) {
+  uint32_t w[4];
   w[0] = g.u[0] | (g.y[0] << 10) | (g.v[0] << 20);
   w[1] = g.y[1] | (g.u[1] << 10) | (g.y[2] << 20);
   w[2] = g.v[1] | (g.y[3] << 10) | (g.u[2] << 20);
   w[3] = g.y[4] | (g.v[2] << 10) | (g.y[5] << 20);
+  std::memcpy(words, w, 16);
 }
 
 }  // namespace OX

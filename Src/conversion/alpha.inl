@@ -110,11 +110,9 @@ void Premul32f(const void* in, void* out, int32_t width) {
 template <class T, bool First>
 void Opaque(const void* in, void* out, int32_t width) {
   constexpr T kOpaque = sizeof(T) == 1 ? T(255) : sizeof(T) == 2 ? T(32768) : T(1);
-  const T* s = static_cast<const T*>(in);
-  T* d = static_cast<T*>(out);
-  const size_t n = width > 0 ? size_t(width) : 0;
-  std::memcpy(d, s, 4 * n * sizeof(T));
-  for (size_t i = 0; i < n; ++i) d[4 * i + kAlphaLane<First>] = kOpaque;
+  const ptrdiff_t n = width > 0 ? width : 0;
+  std::memcpy(out, in, size_t(4 * n) * sizeof(T));
+  for (ptrdiff_t i = 0; i < n; ++i) StoreAt(out, 4 * i + kAlphaLane<First>, kOpaque);
 }
 
 // The fused steps: the 8u to 32f range step, then the 32f premultiply, in one pass.

@@ -1,6 +1,7 @@
 // Alpha forms, portable form.
 #define OX_PIXELVEC_PORTABLE
 #include "conversion/PixelVecIsa.h"
+#include "conversion/Unaligned.h"
 
 namespace OX::portable {
 #include "conversion/PixelVec.inl"

@@ -1,6 +1,7 @@
 // Alpha forms, sse2 form.
 
 #include "conversion/PixelVecIsa.h"
+#include "conversion/Unaligned.h"
 
 namespace OX::sse2 {
 #include "conversion/PixelVec.inl"

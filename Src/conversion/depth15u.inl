@@ -12,7 +12,10 @@ void Up8uTo15u(const void* in, void* out, int32_t width) {
   uint16_t* d = static_cast<uint16_t*>(out);
 #if defined(OX_PIXELVEC_PORTABLE)
   // Exact integer division, truncated: 255 gives 32768, 1 gives 128.
-  for (int32_t i = 0; i < 4 * width; ++i) d[i] = uint16_t((uint32_t(s[i]) * 32768u) / 255u);
+  for (int32_t i = 0; i < 4 * width; ++i) {
+    const uint16_t v = uint16_t((uint32_t(s[i]) * 32768u) / 255u);
+    std::memcpy(d + i, &v, 2);
+  }
 #else
   // v x 128.50196 + 0.5, truncated: one more than the integer division for most codes, and the
   // same 0 and 32768 at the ends.

@@ -7,6 +7,7 @@
 
 #include "conversion/Linear.h"
 #include "conversion/PixelVecIsa.h"
+#include "conversion/Unaligned.h"
 
 namespace OX {
 
@@ -41,34 +42,30 @@ namespace {
 template <int ExponentId>
 void Power32f(const void* in, void* out, int32_t width) {
   const float e = ExponentId == 0 ? kToGammaExponent : kToLinearExponent;
-  const float* s = static_cast<const float*>(in);
-  float* d = static_cast<float*>(out);
-  for (int32_t i = 0; i < width; ++i) {
-    for (int c = 0; c < 3; ++c) d[4 * i + c] = SignedPow(s[4 * i + c], e);
-    d[4 * i + 3] = s[4 * i + 3];
+  for (ptrdiff_t i = 0; i < width; ++i) {
+    for (int c = 0; c < 3; ++c) StoreAt(out, 4 * i + c, SignedPow(LoadAt<float>(in, 4 * i + c), e));
+    StoreAt(out, 4 * i + 3, LoadAt<float>(in, 4 * i + 3));
   }
 }
 
 void Bgra8uToLinear32f(const void* in, void* out, int32_t width) {
   const LinearTables& t = GetLinearTables();
   const uint8_t* s = static_cast<const uint8_t*>(in);
-  float* d = static_cast<float*>(out);
-  for (int32_t i = 0; i < 4 * width; i += 4) {
-    d[i] = t.fToLinear[s[i]];
-    d[i + 1] = t.fToLinear[s[i + 1]];
-    d[i + 2] = t.fToLinear[s[i + 2]];
-    d[i + 3] = t.fAlpha[s[i + 3]];
+  for (ptrdiff_t i = 0; i < 4 * ptrdiff_t(width); i += 4) {
+    StoreAt(out, i, t.fToLinear[s[i]]);
+    StoreAt(out, i + 1, t.fToLinear[s[i + 1]]);
+    StoreAt(out, i + 2, t.fToLinear[s[i + 2]]);
+    StoreAt(out, i + 3, t.fAlpha[s[i + 3]]);
   }
 }
 
 void Linear32fToBgra8u(const void* in, void* out, int32_t width) {
   const LinearTables& t = GetLinearTables();
-  const float* s = static_cast<const float*>(in);
   uint8_t* d = static_cast<uint8_t*>(out);
-  for (int32_t i = 0; i < width; ++i) {
-    for (int c = 0; c < 3; ++c) d[4 * i + c] = CountBoundaries(t, s[4 * i + c]);
+  for (ptrdiff_t i = 0; i < width; ++i) {
+    for (int c = 0; c < 3; ++c) d[4 * i + c] = CountBoundaries(t, LoadAt<float>(in, 4 * i + c));
     // Alpha: round(255 a), clamped; NaN becomes 0.
-    d[4 * i + 3] = uint8_t(RoundF(Clamp(Mul(Set1P(s[4 * i + 3]), Set1P(255.0f)), 0.0f, 255.0f)).v[0]);
+    d[4 * i + 3] = uint8_t(RoundF(Clamp(Mul(Set1P(LoadAt<float>(in, 4 * i + 3)), Set1P(255.0f)), 0.0f, 255.0f)).v[0]);
   }
 }
 

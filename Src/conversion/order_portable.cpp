@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "conversion/ConverterFamilies.h"
+#include "conversion/Unaligned.h"
 
 namespace OX::portable {
 namespace {
@@ -13,26 +14,16 @@ size_t Count(int32_t n) { return n > 0 ? size_t(n) : 0; }
 
 template <class T>
 void Reverse(const void* in, void* out, int32_t width) {
-  const T* s = static_cast<const T*>(in);
-  T* d = static_cast<T*>(out);
-  for (size_t i = 0; i < Count(width); ++i) {
-    const T a = s[4 * i], b = s[4 * i + 1], c = s[4 * i + 2], e = s[4 * i + 3];
-    d[4 * i] = e;
-    d[4 * i + 1] = c;
-    d[4 * i + 2] = b;
-    d[4 * i + 3] = a;
-  }
+  for (ptrdiff_t i = 0; i < ptrdiff_t(Count(width)); ++i)
+    for (int c = 0; c < 4; ++c) StoreAt(out, 4 * i + c, LoadAt<T>(in, 4 * i + 3 - c));
 }
 
 template <class T>
 void Swap422(const void* in, void* out, int32_t width) {
-  const T* s = static_cast<const T*>(in);
-  T* d = static_cast<T*>(out);
-  const size_t samples = 4 * Count((width + 1) / 2);
-  for (size_t i = 0; i < samples; i += 2) {
-    const T a = s[i], b = s[i + 1];
-    d[i] = b;
-    d[i + 1] = a;
+  const ptrdiff_t samples = ptrdiff_t(4 * Count((width + 1) / 2));
+  for (ptrdiff_t i = 0; i < samples; i += 2) {
+    StoreAt(out, i, LoadAt<T>(in, i + 1));
+    StoreAt(out, i + 1, LoadAt<T>(in, i));
   }
 }
 

@@ -3,6 +3,7 @@
 // is opaque whatever the alpha form of the destination.
 #define OX_PIXELVEC_PORTABLE
 #include "conversion/PixelVecIsa.h"
+#include "conversion/Unaligned.h"
 
 namespace OX::portable {
 #include "conversion/PixelVec.inl"
@@ -15,29 +16,25 @@ uint32_t Sample(uint32_t w, int c) { return (w >> (2 + 10 * c)) & 0x3FF; }  // c
 // From BGRP 8u: (c x 1023) / 255, truncated.
 void FromBgr8u(const void* in, void* out, int32_t width) {
   const uint8_t* s = static_cast<const uint8_t*>(in);
-  uint32_t* d = static_cast<uint32_t*>(out);
   auto ten = [](uint32_t c) { return c * 1023u / 255u; };
-  for (int32_t i = 0; i < width; ++i) d[i] = Word(ten(s[4 * i]), ten(s[4 * i + 1]), ten(s[4 * i + 2]));
+  for (int32_t i = 0; i < width; ++i) StoreAt(out, i, Word(ten(s[4 * i]), ten(s[4 * i + 1]), ten(s[4 * i + 2])));
 }
 
 // From BGR? 15u: (c x 1023) >> 15; samples above full scale saturate at 1023.
 void FromBgr15u(const void* in, void* out, int32_t width) {
-  const uint16_t* s = static_cast<const uint16_t*>(in);
-  uint32_t* d = static_cast<uint32_t*>(out);
-  auto ten = [](uint32_t c) {
-    const uint32_t v = (c * 1023u) >> 15;
+  auto ten = [&](int32_t i) {
+    const uint32_t v = (uint32_t(LoadAt<uint16_t>(in, i)) * 1023u) >> 15;
     return v > 1023u ? 1023u : v;
   };
-  for (int32_t i = 0; i < width; ++i) d[i] = Word(ten(s[4 * i]), ten(s[4 * i + 1]), ten(s[4 * i + 2]));
+  for (int32_t i = 0; i < width; ++i) StoreAt(out, i, Word(ten(4 * i), ten(4 * i + 1), ten(4 * i + 2)));
 }
 
 // From BGR? 32f: clamp to 0.0-1.0, times 1023, + 0.5, truncated.
 void FromBgr32f(const void* in, void* out, int32_t width) {
   const float* s = static_cast<const float*>(in);
-  uint32_t* d = static_cast<uint32_t*>(out);
   for (int32_t i = 0; i < width; ++i) {
     const P x = TruncF(Add(Mul(Clamp(LoadF32P(s + 4 * i), 0.0f, 1.0f), Set1P(1023.0f)), Set1P(0.5f)));
-    d[i] = Word(uint32_t(x.v[0]), uint32_t(x.v[1]), uint32_t(x.v[2]));
+    StoreAt(out, i, Word(uint32_t(x.v[0]), uint32_t(x.v[1]), uint32_t(x.v[2])));
   }
 }
 
@@ -46,30 +43,27 @@ const PMask kAlphaLane = LaneMaskP(false, false, false, true);
 
 // To 8u: round(c x 0.24926686), clamped; alpha 255.
 void ToBgr8u(const void* in, void* out, int32_t width) {
-  const uint32_t* s = static_cast<const uint32_t*>(in);
   uint8_t* d = static_cast<uint8_t*>(out);
   for (int32_t i = 0; i < width; ++i) {
-    const P c = RoundF(Clamp(Mul(Samples(s[i]), Set1P(0.24926686f)), 0.0f, 255.0f));
+    const P c = RoundF(Clamp(Mul(Samples(LoadAt<uint32_t>(in, i)), Set1P(0.24926686f)), 0.0f, 255.0f));
     StoreU8(d + 4 * i, Select(kAlphaLane, c, Set1P(255.0f)));
   }
 }
 
 // To 15u: round(c x 32.03128), clamped to 32768; alpha 32768.
 void ToBgr15u(const void* in, void* out, int32_t width) {
-  const uint32_t* s = static_cast<const uint32_t*>(in);
   uint16_t* d = static_cast<uint16_t*>(out);
   for (int32_t i = 0; i < width; ++i) {
-    const P c = RoundF(Clamp(Mul(Samples(s[i]), Set1P(32.03128f)), 0.0f, 32768.0f));
+    const P c = RoundF(Clamp(Mul(Samples(LoadAt<uint32_t>(in, i)), Set1P(32.03128f)), 0.0f, 32768.0f));
     StoreU16(d + 4 * i, Select(kAlphaLane, c, Set1P(32768.0f)));
   }
 }
 
 // To 32f: c x 0.0009775171; alpha 1.0.
 void ToBgr32f(const void* in, void* out, int32_t width) {
-  const uint32_t* s = static_cast<const uint32_t*>(in);
   float* d = static_cast<float*>(out);
   for (int32_t i = 0; i < width; ++i)
-    StoreF32(d + 4 * i, Select(kAlphaLane, Mul(Samples(s[i]), Set1P(0.0009775171f)), Set1P(1.0f)));
+    StoreF32(d + 4 * i, Select(kAlphaLane, Mul(Samples(LoadAt<uint32_t>(in, i)), Set1P(0.0009775171f)), Set1P(1.0f)));
 }
 
 }  // namespace

@@ -7,8 +7,20 @@
 
 #include "conversion/ConverterFamilies.h"
 #include "conversion/Subsample.h"
+#include "conversion/Unaligned.h"
 
 namespace OX::portable {
+namespace {
+
+// Four floats at any byte address, one at a time (a whole-array copy would go through the stack).
+inline void Store4(uint8_t* d, float a, float b, float c, float e) {
+  StoreAt(d, 0, a);
+  StoreAt(d, 1, b);
+  StoreAt(d, 2, c);
+  StoreAt(d, 3, e);
+}
+
+}  // namespace
 
 // VUYP or VUYX 8u to UYVY 8u; the alpha byte is discarded.
 void Vuy8uToUyvy8u(const void* in, void* out, int32_t width) {
@@ -18,32 +30,23 @@ void Vuy8uToUyvy8u(const void* in, void* out, int32_t width) {
 // VUY? 32f to UYVY 32f: (a + 2 b + c) / 4 in floats; the first pair (3 c0 + c1) / 4 for both
 // chroma samples.
 void Vuy32fToUyvy32f(const void* in, void* out, int32_t width) {
-  const float* s = static_cast<const float*>(in);
-  float* d = static_cast<float*>(out);
+  auto at = [&](ptrdiff_t i) { return LoadAt<float>(in, i); };  // float i of the row
   for (int32_t k = 0; 2 * k + 1 < width; ++k) {
-    const float* p = s + 8 * k;
+    const ptrdiff_t p = 8 * ptrdiff_t(k);  // pixel e = 2k
     float u, v;
     if (k == 0) {
-      u = (3.0f * p[1] + p[5]) * 0.25f;
-      v = (3.0f * p[0] + p[4]) * 0.25f;
+      u = (3.0f * at(1) + at(5)) * 0.25f;
+      v = (3.0f * at(0) + at(4)) * 0.25f;
     } else {
-      u = (p[-3] + 2.0f * p[1] + p[5]) * 0.25f;
-      v = (p[-4] + 2.0f * p[0] + p[4]) * 0.25f;
+      u = (at(p - 3) + 2.0f * at(p + 1) + at(p + 5)) * 0.25f;
+      v = (at(p - 4) + 2.0f * at(p) + at(p + 4)) * 0.25f;
     }
-    float* o = d + 4 * k;
-    o[0] = u;
-    o[1] = p[2];
-    o[2] = v;
-    o[3] = p[6];
+    Store4(static_cast<uint8_t*>(out) + 16 * k, u, at(p + 2), v, at(p + 6));
   }
   if (width > 0 && (width & 1)) {
     // The last pixel alone (and a width of 1): its chroma and luma, and 0.0 as the second luma.
-    const float* p = s + 4 * (width - 1);
-    float* o = d + 2 * (width - 1);
-    o[0] = p[1];
-    o[1] = p[2];
-    o[2] = p[0];
-    o[3] = 0.0f;
+    const ptrdiff_t p = 4 * ptrdiff_t(width - 1);
+    Store4(static_cast<uint8_t*>(out) + 8 * (width - 1), at(p + 1), at(p + 2), at(p), 0.0f);
   }
 }
 
@@ -52,34 +55,35 @@ void Vuy32fToUyvy32f(const void* in, void* out, int32_t width) {
 // indices held inside the row. An odd last pixel writes its V into both chroma places.
 template <bool Filter>
 void Uyvy32fToVuy32f(const void* in, void* out, int32_t width) {
-  const float* s = static_cast<const float*>(in);
-  float* d = static_cast<float*>(out);
   if (width <= 0) return;
   const int32_t pairs = (width + 1) / 2;
-  auto at = [&](int32_t k, int c) { return s[4 * (k < 0 ? 0 : k >= pairs ? pairs - 1 : k) + c]; };
+  // Pair k's four samples (U, Y0, V, Y1), k held inside the row. A window of four pairs slides
+  // along: k - 1, k, k + 1, k + 2.
+  auto load = [&](int32_t k, float (&p)[4]) {
+    std::memcpy(p, static_cast<const uint8_t*>(in) + 16 * ptrdiff_t(k < 0 ? 0 : k >= pairs ? pairs - 1 : k), 16);
+  };
+  float left[4], here[4], right[4], far[4];
+  load(-1, left);
+  load(0, here);
+  load(1, right);
+  load(2, far);
+  uint8_t* d = static_cast<uint8_t*>(out);
   for (int32_t k = 0; k < pairs; ++k) {
-    const float* p = s + 4 * k;
-    float* o = d + 8 * k;
     if (2 * k + 1 >= width) {
-      o[0] = p[2];
-      o[1] = p[2];
-      o[2] = p[1];
-      o[3] = 1.0f;
+      Store4(d + 32 * k, here[2], here[2], here[1], 1.0f);
       break;
     }
-    o[0] = p[2];
-    o[1] = p[0];
-    o[2] = p[1];
-    o[3] = 1.0f;
-    float u = p[0], v = p[2];
+    float u = here[0], v = here[2];
     if (Filter) {
-      u = (9.0f * (at(k, 0) + at(k + 1, 0)) - at(k - 1, 0) - at(k + 2, 0)) * 0.0625f;
-      v = (9.0f * (at(k, 2) + at(k + 1, 2)) - at(k - 1, 2) - at(k + 2, 2)) * 0.0625f;
+      u = (9.0f * (here[0] + right[0]) - left[0] - far[0]) * 0.0625f;
+      v = (9.0f * (here[2] + right[2]) - left[2] - far[2]) * 0.0625f;
     }
-    o[4] = v;
-    o[5] = u;
-    o[6] = p[3];
-    o[7] = 1.0f;
+    Store4(d + 32 * k, here[2], here[0], here[1], 1.0f);
+    Store4(d + 32 * k + 16, v, u, here[3], 1.0f);
+    std::memcpy(left, here, 16);
+    std::memcpy(here, right, 16);
+    std::memcpy(right, far, 16);
+    load(k + 3, far);
   }
 }
 

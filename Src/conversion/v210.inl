@@ -51,16 +51,15 @@ void V210ToUyvy8u(const void* in, void* out, int32_t width) {
 // Chroma (c - 512) x 0.0011160715 (1/896), luma (y - 64) x 0.0011415525 (1/876).
 void V210ToUyvy32f(const void* in, void* out, int32_t width) {
   const uint32_t* s = static_cast<const uint32_t*>(in);
-  float* d = static_cast<float*>(out);
   const int32_t pairs = Pairs(width);
   V210Group g;
   for (int32_t k = 0; k < pairs; ++k) {
     const int j = k % 3;
     if (j == 0) UnpackV210(s + 4 * (k / 3), g);
-    d[4 * k] = (float(g.u[j]) - 512.0f) * 0.0011160715f;
-    d[4 * k + 1] = (float(g.y[2 * j]) - 64.0f) * 0.0011415525f;
-    d[4 * k + 2] = (float(g.v[j]) - 512.0f) * 0.0011160715f;
-    d[4 * k + 3] = (float(g.y[2 * j + 1]) - 64.0f) * 0.0011415525f;
+    StoreAt(out, 4 * k, (float(g.u[j]) - 512.0f) * 0.0011160715f);
+    StoreAt(out, 4 * k + 1, (float(g.y[2 * j]) - 64.0f) * 0.0011415525f);
+    StoreAt(out, 4 * k + 2, (float(g.v[j]) - 512.0f) * 0.0011160715f);
+    StoreAt(out, 4 * k + 3, (float(g.y[2 * j + 1]) - 64.0f) * 0.0011415525f);
   }
 }
 
@@ -109,10 +108,9 @@ void Uyvy8uToV210(const void* in, void* out, int32_t width) {
 // Chroma c x 896 + 512.5, luma y x 876 + 64.5, truncated; out-of-range values saturate to the
 // ten-bit range.
 void Uyvy32fToV210(const void* in, void* out, int32_t width) {
-  const float* s = static_cast<const float*>(in);
   PackRow(out, width, 0, [&](int32_t k, int i) {
     const bool luma = i & 1;
-    const P x = Add(Mul(Set1P(s[4 * k + i]), Set1P(luma ? 876.0f : 896.0f)), Set1P(luma ? 64.5f : 512.5f));
+    const P x = Add(Mul(Set1P(LoadAt<float>(in, 4 * k + i)), Set1P(luma ? 876.0f : 896.0f)), Set1P(luma ? 64.5f : 512.5f));
     float f;
     std::memcpy(&f, &x, 4);
     const float c = f > 0.0f ? (f < 1023.0f ? f : 1023.0f) : 0.0f;  // NaN fails both tests: 0

@@ -3,6 +3,7 @@
 // of odd pixels is the mean of the pair and the pair one on (rounded down, as in the body), and
 // the terms are those of the body summed in its order. The rest goes through the shared body.
 #include "conversion/PixelVecIsa.h"
+#include "conversion/Unaligned.h"
 #include "conversion/Subsample.h"
 #include "conversion/V210.h"
 

@@ -1,6 +1,7 @@
 // V210 both ways, portable form.
 #define OX_PIXELVEC_PORTABLE
 #include "conversion/PixelVecIsa.h"
+#include "conversion/Unaligned.h"
 #include "conversion/Subsample.h"
 #include "conversion/V210.h"
 

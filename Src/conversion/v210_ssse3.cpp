@@ -1,6 +1,7 @@
 // V210 both ways, ssse3 form.
 
 #include "conversion/PixelVecIsa.h"
+#include "conversion/Unaligned.h"
 #include "conversion/Subsample.h"
 #include "conversion/V210.h"
 

@@ -45,9 +45,14 @@ TEST(Alpha8u, PremultiplyAndUnpremultiplyRgb) {
           continue;
         }
         ASSERT_TRUE(MatchesRounded(pre[4 * i + lane], c * A * double(0.003921569f), 0, 255)) << c << " " << A;
-        if (A == 255) ASSERT_EQ(pre[4 * i + lane], c);  // opaque copies
-        if (A == 0) ASSERT_EQ(un[4 * i + lane], 0);     // whole pixel cleared
-        else ASSERT_TRUE(MatchesRounded(un[4 * i + lane], c * 255.0 / A, 0, 255)) << c << " " << A;
+        if (A == 255) {
+          ASSERT_EQ(pre[4 * i + lane], c);  // opaque copies
+        }
+        if (A == 0) {
+          ASSERT_EQ(un[4 * i + lane], 0);  // whole pixel cleared
+        } else {
+          ASSERT_TRUE(MatchesRounded(un[4 * i + lane], c * 255.0 / A, 0, 255)) << c << " " << A;
+        }
       }
     }
   }
@@ -98,8 +103,11 @@ TEST(Alpha15u, PremultiplyAndUnpremultiply) {
           }
           const double c = in[4 * i + lane];
           ASSERT_TRUE(MatchesRounded(pre[4 * i + lane], c * A * double(3.0517578e-5f), 0, 32768)) << c << " " << A;
-          if (A == 0) ASSERT_EQ(un[4 * i + lane], 0);
-          else ASSERT_TRUE(MatchesRounded(un[4 * i + lane], c * 32768.0 / A, 0, 32768)) << c << " " << A;
+          if (A == 0) {
+            ASSERT_EQ(un[4 * i + lane], 0);
+          } else {
+            ASSERT_TRUE(MatchesRounded(un[4 * i + lane], c * 32768.0 / A, 0, 32768)) << c << " " << A;
+          }
         }
       }
     }

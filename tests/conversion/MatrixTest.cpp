@@ -146,7 +146,9 @@ TEST(Matrix8u, FloatRgbToYuv8u) {
         ASSERT_TRUE(MatchesTruncated(out[4 * i + 2], kY[mi][0] * r + kY[mi][1] * g + kY[mi][2] * b + 16.5, 0, 255)) << i;
         ASSERT_TRUE(MatchesTruncated(out[4 * i + 1], kU[mi][0] * r + kU[mi][1] * g + kU[mi][2] * b + 128.5, 0, 255)) << i;
         ASSERT_TRUE(MatchesTruncated(out[4 * i], kV[mi][0] * r + kV[mi][1] * g + kV[mi][2] * b + 128.5, 0, 255)) << i;
-        if (std::isfinite(a) && std::fabs(a) < 1e6) ASSERT_TRUE(MatchesTruncated(out[4 * i + 3], 255 * a + 0.5, 0, 255));
+        if (std::isfinite(a) && std::fabs(a) < 1e6) {
+          ASSERT_TRUE(MatchesTruncated(out[4 * i + 3], 255 * a + 0.5, 0, 255));
+        }
       }
     }
   });

@@ -367,5 +367,60 @@ TEST(RowConverterLookup, ChoicesThatDependOnQualityAndDirection) {
             ChooseAlpha()[kUnpremul15uLast]);
 }
 
+// Which family member a pair gets: matrices by direction and matrix, alpha steps by alpha place,
+// depth steps by model and subsampling.
+struct Expected {
+  OX_PixelFormat fFrom, fTo;
+  const RowConverter* (*fChoose)();
+  int fMember;
+};
+const Expected kExpected[] = {
+    {OX_PixelFormat_BGRA_4444_8u, OX_PixelFormat_VUYA_4444_8u, &ChooseMatrix8u, kBgr8uToVuy8u601},
+    {OX_PixelFormat_BGRX_4444_8u, OX_PixelFormat_VUYX_4444_8u_709, &ChooseMatrix8u, kBgr8uToVuy8u709},
+    {OX_PixelFormat_VUYP_4444_8u_709, OX_PixelFormat_BGRP_4444_8u, &ChooseMatrix8u, kVuy8uToBgr8u709},
+    {OX_PixelFormat_VUYX_4444_8u_709, OX_PixelFormat_BGRA_4444_8u, &ChooseMatrix8u, kVuyx8uToBgr8u709},
+    {OX_PixelFormat_VUYX_4444_8u, OX_PixelFormat_BGRX_4444_32f, &ChooseMatrix8u, kVuy8uToBgr32f601},
+    {OX_PixelFormat_BGRA_4444_32f, OX_PixelFormat_VUYA_4444_8u_709, &ChooseMatrix8u, kBgr32fToVuy8u709},
+    {OX_PixelFormat_VUYP_4444_32f_709, OX_PixelFormat_BGRP_4444_32f, &ChooseMatrix32f, kYuv709ToRgb32f},
+    {OX_PixelFormat_BGRX_4444_32f, OX_PixelFormat_VUYX_4444_32f, &ChooseMatrix32f, kRgbToYuv601_32f},
+    {OX_PixelFormat_VUYA_4444_32f_709, OX_PixelFormat_VUYA_4444_32f, &ChooseMatrix32f, kYuv709To601_32f},
+    {OX_PixelFormat_VUYX_4444_8u, OX_PixelFormat_VUYP_4444_8u_709, &ChooseYuv709_8u, kVuy601To709_8u},
+    {OX_PixelFormat_YUYV_422_8u_709, OX_PixelFormat_YUYV_422_8u, &ChooseYuv709_8u, kYuyv709To601_8u},
+    {OX_PixelFormat_ARGB_4444_8u, OX_PixelFormat_PRGB_4444_8u, &ChooseAlpha, kPremul8uRgbFirst},
+    {OX_PixelFormat_VUYA_4444_8u_709, OX_PixelFormat_VUYP_4444_8u_709, &ChooseAlpha, kPremul8uYuv},
+    {OX_PixelFormat_PRGB_4444_8u, OX_PixelFormat_ARGB_4444_8u, &ChooseAlpha, kUnpremul8uRgbFirst},
+    {OX_PixelFormat_XRGB_4444_15u, OX_PixelFormat_ARGB_4444_15u, &ChooseAlpha, kOpaque15uFirst},
+    {OX_PixelFormat_BGRP_4444_32f_Linear, OX_PixelFormat_BGRX_4444_32f_Linear, &ChooseAlpha, kOpaque32fLast},
+    {OX_PixelFormat_BGRP_4444_32f_Linear, OX_PixelFormat_BGRA_4444_32f_Linear, &ChooseUnpremul32f, kUnpremul32fRcp},
+    {OX_PixelFormat_PRGB_4444_32f, OX_PixelFormat_ARGB_4444_32f, &ChooseUnpremul32f, kUnpremul32fDiv},
+    {OX_PixelFormat_ARGB_4444_15u, OX_PixelFormat_PRGB_4444_15u, &ChoosePremul15u, kPremul15uFirst},
+    {OX_PixelFormat_YUYV_422_32f, OX_PixelFormat_YUYV_422_8u, &ChooseRange8u32f, kYuyv32fTo8u},
+    {OX_PixelFormat_UYVY_422_8u_709, OX_PixelFormat_UYVY_422_32f_709, &ChooseRange8u32f, kUyvy8uTo32f},
+    {OX_PixelFormat_VUYP_4444_32f, OX_PixelFormat_VUYP_4444_8u, &ChooseRange8u32f, kVuy32fTo8u},
+    {OX_PixelFormat_XRGB_4444_8u, OX_PixelFormat_XRGB_4444_32f, &ChooseRange8u32f, kRgb8uTo32f},
+    {OX_PixelFormat_PRGB_4444_15u, OX_PixelFormat_PRGB_4444_8u, &ChooseDepth15u, k15uTo8u},
+    {OX_PixelFormat_BGRX_4444_32f, OX_PixelFormat_BGRX_4444_15u, &ChooseDepth15u, k32fTo15u},
+    {OX_PixelFormat_PRGB_4444_15u, OX_PixelFormat_BGRP_4444_15u, &ChooseOrder, kReverse15u},
+    {OX_PixelFormat_YUYV_422_32f, OX_PixelFormat_UYVY_422_32f, &ChooseOrder, kSwap422_32f},
+    {OX_PixelFormat_VUYX_4444_8u_709, OX_PixelFormat_UYVY_422_8u_709, &ChooseSubsample, kVuy8uToUyvy8u},
+    {OX_PixelFormat_YUYV_422_8u, OX_PixelFormat_VUYX_4444_8u, &ChooseSubsample, kYuyv8uToVuy8u},
+    {OX_PixelFormat_YUYV_422_8u_709, OX_PixelFormat_BGRP_4444_8u, &ChooseSubsample, kYuyv8uToBgr8u709},
+    {OX_PixelFormat_V210_422_10u_709, OX_PixelFormat_VUYP_4444_8u, &ChooseV210, kV210_709ToVuy8u601},
+    {OX_PixelFormat_V210_422_10u_709, OX_PixelFormat_VUYP_4444_8u_709, &ChooseV210, kV210ToVuy8u},
+    {OX_PixelFormat_V210_422_10u, OX_PixelFormat_BGRX_4444_8u, &ChooseV210, kV210ToBgr8u601},
+    {OX_PixelFormat_UYVY_422_32f_709, OX_PixelFormat_V210_422_10u_709, &ChooseV210, kUyvy32fToV210},
+    {OX_PixelFormat_BGRX_4444_32f_Linear, OX_PixelFormat_BGRX_4444_32f, &ChooseLinear, kLinearToGamma32f},
+    {OX_PixelFormat_BGRA_4444_32f_Linear, OX_PixelFormat_BGRA_4444_8u, &ChooseLinear, kLinear32fToBgra8u},
+    {OX_PixelFormat_BGRX_4444_15u, OX_PixelFormat_RGB_444_10u, &ChooseRgb10u, kBgr15uTo10u},
+    {OX_PixelFormat_RGB_444_10u, OX_PixelFormat_BGRP_4444_32f, &ChooseRgb10u, k10uToBgr32f},
+};
+
+TEST(RowConverterLookup, PairsGetTheirFamilyMember) {
+  test::ForEachLevel([](const test::Level&) {
+    for (const Expected& e : kExpected)
+      EXPECT_EQ(FindRowConverter(e.fFrom, e.fTo, 0), e.fChoose()[e.fMember]) << std::hex << e.fFrom << " -> " << e.fTo;
+  });
+}
+
 }  // namespace
 }  // namespace OX

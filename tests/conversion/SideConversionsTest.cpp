@@ -191,7 +191,9 @@ TEST(SideConversions, Scale16uTo15uBothForms) {
             const double want = gHasSSSE3 ? std::nearbyint(s * double(0.50000304f)) : double(s * 32768u / 65535u);
             ASSERT_EQ(buf[i], want) << "sample " << s;
           }
-          if (width > 0) EXPECT_EQ(base[0], 32768);  // 65535 gives 32768 in both forms
+          if (width > 0) {
+            EXPECT_EQ(base[0], 32768);  // 65535 gives 32768 in both forms
+          }
         });
       }
 }
