@@ -1,7 +1,8 @@
 // The entry functions of the primitive layer: each checks its arguments, then jumps through its
 // constant seven-slot table at PrimitiveLevel. Slots: 0 base, 1 SSE2, 2 SSSE3, 3 SSSE3 + MOVBE,
-// 4 SSE4.1, 5 AVX, 6 AVX2. Levels 2 to 5 run the SSE2 forms: the wider forms of these operations
-// gain nothing from SSSE3, SSE4.1 or 128-bit AVX over SSE2.
+// 4 SSE4.1, 5 AVX, 6 AVX2. The transforms have an SSE4.1 form for slots 4 and 5 (its 32-bit
+// multiply; AVX without AVX2 has no wider integer vectors); the other operations gain nothing
+// from SSSE3, SSE4.1 or AVX over SSE2 and run the SSE2 forms in slots 2 to 5.
 #include <cstring>
 
 #include "primitives/PrimitiveForms.h"
@@ -10,14 +11,17 @@
 namespace OX {
 namespace {
 
-// One table per operation, from the forms that exist: base, SSE2 (slots 1-5) and AVX2 (slot 6).
+// One table per operation, from the forms that exist: base, SSE2 (slots 1-5, or 1-3 where an
+// SSE4.1 form takes 4 and 5) and AVX2 (slot 6).
 #define OX_TABLE(name, low, wide) {&portable::name, &low::name, &low::name, &low::name, &low::name, &low::name, &wide::name}
+#define OX_TABLE4(name, low, mid, wide) \
+  {&portable::name, &low::name, &low::name, &low::name, &mid::name, &mid::name, &wide::name}
 
 using DCTForm = void (*)(int16_t*);
-constexpr DCTForm kDCT8x8Forward[kPrimitiveLevels] = OX_TABLE(DCT8x8Forward, sse2, avx2);
-constexpr DCTForm kDCT8x8Inverse[kPrimitiveLevels] = OX_TABLE(DCT8x8Inverse, sse2, avx2);
-constexpr DCTForm kDCT248Forward[kPrimitiveLevels] = OX_TABLE(DCT248Forward, sse2, avx2);
-constexpr DCTForm kDCT248Inverse[kPrimitiveLevels] = OX_TABLE(DCT248Inverse, sse2, avx2);
+constexpr DCTForm kDCT8x8Forward[kPrimitiveLevels] = OX_TABLE4(DCT8x8Forward, sse2, sse41, avx2);
+constexpr DCTForm kDCT8x8Inverse[kPrimitiveLevels] = OX_TABLE4(DCT8x8Inverse, sse2, sse41, avx2);
+constexpr DCTForm kDCT248Forward[kPrimitiveLevels] = OX_TABLE4(DCT248Forward, sse2, sse41, avx2);
+constexpr DCTForm kDCT248Inverse[kPrimitiveLevels] = OX_TABLE4(DCT248Inverse, sse2, sse41, avx2);
 constexpr decltype(&portable::MulTableRoundScaled) kMulTable[kPrimitiveLevels] =
     OX_TABLE(MulTableRoundScaled, sse2, avx2);
 constexpr decltype(&portable::CountZeros64) kCountZeros[kPrimitiveLevels] = OX_TABLE(CountZeros64, sse2, avx2);
@@ -38,6 +42,7 @@ constexpr decltype(&portable::Convert32fTo16sScaled) kTo16s[kPrimitiveLevels] =
 // A table look-up a byte: no vector form would be faster than the scalar loads.
 constexpr decltype(&portable::ALawTo16s) kALaw[kPrimitiveLevels] = OX_TABLE(ALawTo16s, portable, portable);
 #undef OX_TABLE
+#undef OX_TABLE4
 
 int32_t CheckArea(const void* p, int32_t width, int32_t height) {
   if (!p) return kPrimNullPointer;

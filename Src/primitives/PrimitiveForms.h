@@ -37,6 +37,9 @@ OX_PRIMITIVE_FORMS
 namespace sse2 {
 OX_PRIMITIVE_FORMS
 }
+namespace sse41 {
+OX_PRIMITIVE_FORMS
+}
 namespace avx2 {
 OX_PRIMITIVE_FORMS
 }

@@ -70,10 +70,7 @@ inline void Transpose8x8(V* v) {
 
 }  // namespace
 
-void DCT8x8Forward(int16_t* block) { Forward8x8(block); }
-void DCT8x8Inverse(int16_t* block) { Inverse8x8(block); }
-void DCT248Forward(int16_t* block) { Forward248(block); }
-void DCT248Inverse(int16_t* block) { Inverse248(block); }
+#include "primitives/DCTForms.inc"
 
 }  // namespace portable
 }  // namespace OX
