@@ -42,7 +42,7 @@ class CollectingReporter : public benchmark::ConsoleReporter {
 }  // namespace
 
 void CompareWith(const std::string& ours, const std::string& peer, const std::string& label) {
-  Pairs().push_back({ours, peer, label});
+  Pairs().push_back({Strip(ours), Strip(peer), label});
 }
 
 const char* LevelName(Level level) {
