@@ -5,7 +5,7 @@ set -euo pipefail
 seconds=${1:-20}
 root=$(cd "$(dirname "$0")/.." && pwd)
 dir="$root/build-fuzz"
-CC=clang CXX=clang++ cmake -S "$root" -B "$dir" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DOMBRIX_FUZZ=ON \
+CC=clang CXX=clang++ cmake -S "$root" -B "$dir" -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG=-O1 -DOMBRIX_FUZZ=ON \
   -DOMBRIX_SANITIZE=ON -DOMBRIX_BENCH=OFF -DOMBRIX_TOOLS=OFF \
   -DCMAKE_CXX_FLAGS="-fsanitize=fuzzer-no-link" >/dev/null
 cmake --build "$dir" -j"$(nproc)" --target dv_decode_fuzz

@@ -11,7 +11,9 @@ echo "== Release build and tests =="
 (cd "$root/build" && ctest --output-on-failure -j"$jobs")
 
 echo "== Sanitizer build and tests =="
-"$root/scripts/build.sh" build-asan -DCMAKE_BUILD_TYPE=RelWithDebInfo -DOMBRIX_SANITIZE=ON \
+# -O1 without debug info: half the compile time of an optimised build, and still fast to run.
+"$root/scripts/build.sh" build-asan -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG=-O1 -DCMAKE_C_FLAGS_DEBUG=-O1 \
+  -DOMBRIX_SANITIZE=ON \
   -DOMBRIX_BENCH=OFF -DOMBRIX_TOOLS=OFF
 (cd "$root/build-asan" && ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 \
   ctest --output-on-failure -j"$jobs" -E exported_symbols)
