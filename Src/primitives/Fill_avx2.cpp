@@ -1,6 +1,8 @@
 // The store family, AVX2 form: 32 bytes a step.
 #include <cstdint>
 #include <cstring>
+#include <type_traits>
+#include <utility>
 
 #include "frame/CopyMemory.h"
 #include "frame/Globals.h"

@@ -1,6 +1,8 @@
 // The store family, SSE2 form: 16 bytes a step.
 #include <cstdint>
 #include <cstring>
+#include <type_traits>
+#include <utility>
 
 #include "frame/CopyMemory.h"
 #include "frame/Globals.h"

@@ -1,6 +1,8 @@
 // Scaled float-to-integer conversions, AVX2 form: 4 values a step through doubles.
 #include <cstdint>
 #include <cstring>
+#include <type_traits>
+#include <utility>
 
 #include "primitives/FloatToInt.h"
 #include "primitives/PrimitiveForms.h"
