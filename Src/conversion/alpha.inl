@@ -134,8 +134,12 @@ void Fused8uToPremul32f(const void* in, void* out, int32_t width) {
 
 }  // namespace
 
+// A level with its own form of the YUV premultiply names it before including this body.
+#if !defined(OX_ALPHA_PREMUL8U_YUV)
+#define OX_ALPHA_PREMUL8U_YUV Premul8uYuv
+#endif
 const RowConverter kAlpha[kAlphaCount] = {
-    &Premul8uRgb<false>,       &Premul8uRgb<true>,       &Premul8uYuv,
+    &Premul8uRgb<false>,       &Premul8uRgb<true>,       &OX_ALPHA_PREMUL8U_YUV,
     &Unpremul8uRgb<false>,     &Unpremul8uRgb<true>,     &Unpremul8uYuv,
     &Unpremul15u<false>,       &Unpremul15u<true>,
     &Premul32f<false>,         &Premul32f<true>,

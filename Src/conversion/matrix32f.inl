@@ -52,5 +52,10 @@ void Apply(const void* in, void* out, int32_t width) {
 
 }  // namespace
 
-const RowConverter kMatrix32f[kMatrix32fCount] = {&Apply<kYuv601ToRgb>, &Apply<kYuv709ToRgb>, &Apply<kRgbToYuv601>,
-                                                  &Apply<kRgbToYuv709>, &Apply<kYuv601To709>, &Apply<kYuv709To601>};
+// A level with its own form of the step names it before including this body.
+#if !defined(OX_MATRIX32F_APPLY)
+#define OX_MATRIX32F_APPLY Apply
+#endif
+const RowConverter kMatrix32f[kMatrix32fCount] = {
+    &OX_MATRIX32F_APPLY<kYuv601ToRgb>, &OX_MATRIX32F_APPLY<kYuv709ToRgb>, &OX_MATRIX32F_APPLY<kRgbToYuv601>,
+    &OX_MATRIX32F_APPLY<kRgbToYuv709>, &OX_MATRIX32F_APPLY<kYuv601To709>, &OX_MATRIX32F_APPLY<kYuv709To601>};

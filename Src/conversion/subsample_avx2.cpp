@@ -1,5 +1,7 @@
-// Subsampling, AVX2 form: 4:2:2 8u straight to RGB 8u eight pixels a step with one channel a
-// register. Luma, and the chroma of even pixels, come from the pairs; the chroma of odd pixels
+// Subsampling, AVX2 form: VUY? 8u to UYVY 8u eight pairs a step, the SSE2 form's arithmetic in
+// 256-bit registers (the in-lane shuffles leave the pairs in the order 0 1 4 5 2 3 6 7, put back
+// by one qword permute before the store). 4:2:2 8u straight to RGB 8u eight pixels a step with
+// one channel a register. Luma, and the chroma of even pixels, come from the pairs; the chroma of odd pixels
 // from the byte mean of the pairs and the pairs one on, rounded up as at SSSE3. The matrix terms
 // are those of the 8u matrix step, summed in its order, so the bytes equal the SSSE3 form's
 // up-sampling followed by the matrix. The 4:2:2 to 4:4:4 8u step is the SSSE3 shuffle body.
@@ -18,6 +20,36 @@ namespace {
 template <bool LumaFirst>
 void Yuv422ToVuy8u(const void* in, void* out, int32_t width) {
   Upsample422To444_8u<LumaFirst, true>(static_cast<const uint8_t*>(in), static_cast<uint8_t*>(out), width);
+}
+
+void Vuy8uToUyvy8u(const void* in, void* out, int32_t width) {
+  const uint8_t* s = static_cast<const uint8_t*>(in);
+  uint8_t* d = static_cast<uint8_t*>(out);
+  DownsampleChroma8u(s, d, width < 2 ? width : 2, 0);  // the first pair, with its edge rule
+  const __m256i lowBytes = _mm256_set1_epi32(0x00FF00FF), byte = _mm256_set1_epi32(0xFF), two = _mm256_set1_epi16(2);
+  int32_t k = 1;
+  for (; 2 * (k + 7) + 1 < width; k += 8) {
+    const float* p = reinterpret_cast<const float*>(s + 8 * k);  // 32-bit pixels, moved as floats
+    const __m256 a = _mm256_loadu_ps(p), b = _mm256_loadu_ps(p + 8);      // e0 o0 e1 o1 e2 o2 e3 o3 | e4 ..
+    const __m256 c = _mm256_loadu_ps(p - 1), e = _mm256_loadu_ps(p + 7);  // o-1 e0 o0 e1 o1 e2 o2 e3 | o3 ..
+    const __m256i even = _mm256_castps_si256(_mm256_shuffle_ps(a, b, _MM_SHUFFLE(2, 0, 2, 0)));
+    const __m256i odd = _mm256_castps_si256(_mm256_shuffle_ps(a, b, _MM_SHUFFLE(3, 1, 3, 1)));
+    const __m256i left = _mm256_castps_si256(_mm256_shuffle_ps(c, e, _MM_SHUFFLE(2, 0, 2, 0)));
+    auto filter = [&](int shift) {
+      const __m256i l = _mm256_and_si256(_mm256_srli_epi32(left, shift), lowBytes);
+      const __m256i m = _mm256_and_si256(_mm256_srli_epi32(even, shift), lowBytes);
+      const __m256i r = _mm256_and_si256(_mm256_srli_epi32(odd, shift), lowBytes);
+      const __m256i sum = _mm256_add_epi16(_mm256_add_epi16(l, _mm256_add_epi16(m, m)), _mm256_add_epi16(r, two));
+      return _mm256_and_si256(_mm256_srli_epi16(sum, 2), byte);
+    };
+    const __m256i v = filter(0), u = filter(8);
+    const __m256i y0 = _mm256_and_si256(_mm256_srli_epi32(even, 16), byte);
+    const __m256i y1 = _mm256_and_si256(_mm256_srli_epi32(odd, 16), byte);
+    const __m256i o = _mm256_or_si256(_mm256_or_si256(u, _mm256_slli_epi32(y0, 8)),
+                                      _mm256_or_si256(_mm256_slli_epi32(v, 16), _mm256_slli_epi32(y1, 24)));
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(d + 4 * k), _mm256_permute4x64_epi64(o, _MM_SHUFFLE(3, 1, 2, 0)));
+  }
+  DownsampleChroma8u(s, d, width, k);
 }
 
 struct YuvToRgb8u {
@@ -70,7 +102,7 @@ void Yuv422ToBgr8u(const void* in, void* out, int32_t width) {
 }  // namespace
 
 const RowConverter kSubsample[kSubsampleCount] = {
-    &sse2::Vuy8uToUyvy8u,          &portable::Vuy32fToUyvy32f,
+    &Vuy8uToUyvy8u,                    &portable::Vuy32fToUyvy32f,
     &Yuv422ToVuy8u<false>,             &Yuv422ToVuy8u<true>,
     &portable::Uyvy32fToVuy32f<false>, &portable::Uyvy32fToVuy32f<true>,
     &Yuv422ToBgr8u<false, k601, kVuy8uToBgr8u601>, &Yuv422ToBgr8u<false, k709, kVuy8uToBgr8u709>,

@@ -117,12 +117,10 @@ struct DV25FrameDecoder {
   template <int kColumns = 8>
   void StoreBlock(const int16_t* block, uint8_t* plane, int stride, int px, int py, int firstRow,
                   int colFrom = 0) const {
+    // Rows firstRow, firstRow + step, ... land on consecutive plane rows.
     const int step = scaleIndex == 0 ? 1 : 2;
-    for (int r = firstRow; r < 8; r += step) {
-      uint8_t* out = plane + size_t((py + r) / step) * stride + px;
-      const int16_t* in = block + r * 8 + colFrom;
-      for (int c = 0; c < kColumns; ++c) out[c] = SampleToByte(in[c]);
-    }
+    VecDVStoreSamples(block + firstRow * 8 + colFrom, 8 * step, plane + size_t((py + firstRow) / step) * stride + px,
+                      stride, kColumns, (8 - firstRow + step - 1) / step);
   }
 
   void StoreMacroblockFull(int16_t* mb, PicturePosition p) {

@@ -1,6 +1,6 @@
 // DV operations of the primitive layer: the decode table builder and the entry functions, which
 // dispatch on PrimitiveLevel. The variable-length decode is bit-serial by nature and has one
-// form at every level; the row packers have a portable and an SSE2 form.
+// form at every level; the row packers and the sample store have a portable and an SSE2 form.
 #include <new>
 
 #include "primitives/DVPrimitives.h"
@@ -47,6 +47,10 @@ constexpr Slots<decltype(&portable::DV100PackRows)> kDV100PackRows = {
     {portable::DV100PackRows, sse2::DV100PackRows, sse2::DV100PackRows, sse2::DV100PackRows,
      sse2::DV100PackRows, sse2::DV100PackRows, sse2::DV100PackRows}};
 
+constexpr Slots<decltype(&portable::DVStoreSamples)> kDVStoreSamples = {
+    {portable::DVStoreSamples, sse2::DVStoreSamples, sse2::DVStoreSamples, sse2::DVStoreSamples,
+     sse2::DVStoreSamples, sse2::DVStoreSamples, sse2::DVStoreSamples}};
+
 inline int Slot() {
   const int level = PrimitiveLevel;
   return level < 0 || level >= kPrimitiveLevels ? 0 : level;
@@ -90,6 +94,14 @@ int32_t VecDV50PackRows(const int16_t* const* blockPointers, uint8_t* const* row
 
 int32_t VecDV100PackRows(const int16_t* coefficients, uint8_t* const* rowPointers, int32_t rowStep) {
   return kDV100PackRows.f[Slot()](coefficients, rowPointers, rowStep);
+}
+
+int32_t VecDVStoreSamples(const int16_t* source, int32_t sourceStep, uint8_t* destination,
+                          int32_t destinationRowBytes, int32_t width, int32_t rows) {
+  if (!source || !destination) return kPrimNullPointer;
+  if (width < 0 || rows < 0) return kPrimBadLength;
+  kDVStoreSamples.f[Slot()](source, sourceStep, destination, destinationRowBytes, width, rows);
+  return kPrimOK;
 }
 
 }  // namespace OX

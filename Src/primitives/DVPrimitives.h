@@ -56,16 +56,23 @@ int32_t VecDV50PackRows(const int16_t* const* blockPointers, uint8_t* const* row
 // second field); `rowPointers[j * 16 + h * 8 + r]` is row r of half h of macroblock j. Half 0
 // takes Y from blocks 0 and 1, V from 4, U from 6; half 1 Y from 2 and 3, V from 5, U from 7.
 int32_t VecDV100PackRows(const int16_t* coefficients, uint8_t* const* rowPointers, int32_t rowStep);
+// Stores `rows` rows of `width` signed samples as bytes: row r is read from `source + r *
+// sourceStep` (in samples) and written to `destination + r * destinationRowBytes`; each sample v
+// becomes v + 128 limited to 0..255. A width or row count of 0 writes nothing (-6 below 0).
+int32_t VecDVStoreSamples(const int16_t* source, int32_t sourceStep, uint8_t* destination,
+                          int32_t destinationRowBytes, int32_t width, int32_t rows);
 
 namespace portable {
 int32_t DVDecodeSegment(const uint8_t*, const uint8_t*, const void*, int16_t*, uint32_t*);
 int32_t DV100DecodeSegment(const uint8_t*, const uint8_t*, const void*, int16_t*, uint32_t*);
 int32_t DV50PackRows(const int16_t* const*, uint8_t* const*, int32_t);
 int32_t DV100PackRows(const int16_t*, uint8_t* const*, int32_t);
+void DVStoreSamples(const int16_t*, int32_t, uint8_t*, int32_t, int32_t, int32_t);
 }  // namespace portable
 namespace sse2 {
 int32_t DV50PackRows(const int16_t* const*, uint8_t* const*, int32_t);
 int32_t DV100PackRows(const int16_t*, uint8_t* const*, int32_t);
+void DVStoreSamples(const int16_t*, int32_t, uint8_t*, int32_t, int32_t, int32_t);
 }  // namespace sse2
 
 }  // namespace OX

@@ -85,20 +85,45 @@ bool DecodeRange(BlockState& block, const uint8_t* data, Range& range, const uin
     block.fCarryBits = 0;
     if (Place(block, run, value)) return true;
   }
+  // The hot loop keeps the positions in locals and writes them back on the way out, so that
+  // the coefficient stores do not force them through memory on every code.
+  int16_t* const coefficients = block.fCoefficients;
+  const uint8_t* const order = block.fOrder;
+  int scanPos = block.fPos;
+  int bitPos = range.fPos;
+  const int end = range.fEnd;
   for (;;) {
-    const int available = range.fEnd - range.fPos;
-    if (available <= 0) return false;
-    const uint32_t w = Peek16(data, range.fPos);
+    const int available = end - bitPos;
+    if (available <= 0) {
+      range.fPos = bitPos;
+      block.fPos = scanPos;
+      return false;
+    }
+    const uint32_t w = Peek16(data, bitPos);
     Lookup(w, table, length, run, value);
-    if (length == int(kDVVLCEmptyLength)) return block.fEnded = true;  // not a code
+    if (length == int(kDVVLCEmptyLength)) {  // not a code
+      range.fPos = bitPos;
+      block.fPos = scanPos;
+      return block.fEnded = true;
+    }
     if (length > available) {
       block.fCarry = w >> (16 - available);
       block.fCarryBits = available;
-      range.fPos = range.fEnd;
+      range.fPos = end;
+      block.fPos = scanPos;
       return false;
     }
-    range.fPos += length;
-    if (Place(block, run, value)) return true;
+    bitPos += length;
+    const int target = scanPos + run;
+    if (target > 63) {
+      block.fEnded = true;
+      block.fComplete = run == kDVEndOfBlockRun;
+      range.fPos = bitPos;
+      block.fPos = scanPos;
+      return true;
+    }
+    coefficients[order[target]] = int16_t(value);
+    scanPos = target + 1;
   }
 }
 
@@ -198,6 +223,12 @@ int32_t DVDecodeSegment(const uint8_t* segment, const uint8_t* order, const void
 int32_t DV100DecodeSegment(const uint8_t* segment, const uint8_t* order, const void* table, int16_t* coefficients,
                            uint32_t* blockInfo) {
   return DecodeSegment(kEightBlocks, segment, order, table, coefficients, blockInfo);
+}
+
+void DVStoreSamples(const int16_t* source, int32_t sourceStep, uint8_t* destination, int32_t destinationRowBytes,
+                    int32_t width, int32_t rows) {
+  for (int32_t r = 0; r < rows; ++r, source += sourceStep, destination += destinationRowBytes)
+    for (int32_t i = 0; i < width; ++i) destination[i] = Clamp8(source[i]);
 }
 
 #include "primitives/DVPackRows.inl"

@@ -290,6 +290,50 @@ TEST(DVPrimitives, PackRowsAtEveryLevel) {
   EXPECT_EQ(VecDV100PackRows(coefficients.data(), rows, 0), -6);
 }
 
+// The sample store at every level: every width from 0 to 67 and one wide row, two rows read with
+// a gap between them, every destination offset within 16 bytes, samples from the whole 16-bit
+// range with the edges of the byte range and of the saturating add among them; guard bytes
+// around and between the rows stay untouched.
+TEST(DVPrimitives, StoreSamplesAtEveryLevel) {
+  std::mt19937 rng(11);
+  const int16_t edges[] = {-32768, -32767, -129, -128, -127, -1, 0, 1, 126, 127, 128, 129, 32639, 32640, 32767};
+  std::vector<int> widths;
+  for (int w = 0; w <= 67; ++w) widths.push_back(w);
+  widths.push_back(1921);
+  constexpr int kRows = 2, kGuard = 16;
+  for (int width : widths) {
+    const int sourceStep = width + 5;
+    std::vector<int16_t> source(size_t(sourceStep) * kRows);
+    for (int16_t& v : source)
+      v = rng() % 4 == 0 ? edges[rng() % std::size(edges)] : int16_t(int(rng() % 65536) - 32768);
+    const std::vector<int16_t> kept = source;
+    const int rowBytes = width + 2 * kGuard;
+    test::ForEachPrimitiveLevel([&](int32_t) {
+      for (int offset = 0; offset < 16; ++offset) {
+        std::vector<uint8_t> out(size_t(rowBytes) * kRows + 64, 0xA5);
+        uint8_t* first = out.data() + kGuard + offset;
+        ASSERT_EQ(VecDVStoreSamples(source.data(), sourceStep, first, rowBytes, width, kRows), 0);
+        std::vector<uint8_t> expected(out.size(), 0xA5);
+        for (int r = 0; r < kRows; ++r)
+          for (int i = 0; i < width; ++i) {
+            const int v = source[size_t(r * sourceStep + i)] + 128;
+            expected[size_t(kGuard + offset + r * rowBytes + i)] = uint8_t(v < 0 ? 0 : v > 255 ? 255 : v);
+          }
+        ASSERT_EQ(out, expected) << "width " << width << " offset " << offset;
+      }
+    });
+    EXPECT_EQ(source, kept);
+  }
+  int16_t sample = 0;
+  uint8_t byte = 7;
+  EXPECT_EQ(VecDVStoreSamples(nullptr, 8, &byte, 8, 1, 1), -8);
+  EXPECT_EQ(VecDVStoreSamples(&sample, 8, nullptr, 8, 1, 1), -8);
+  EXPECT_EQ(VecDVStoreSamples(&sample, 8, &byte, 8, -1, 1), -6);
+  EXPECT_EQ(VecDVStoreSamples(&sample, 8, &byte, 8, 1, -1), -6);
+  EXPECT_EQ(VecDVStoreSamples(&sample, 8, &byte, 8, 0, 1), 0);
+  EXPECT_EQ(byte, 7);
+}
+
 }  // namespace
 
 namespace {
