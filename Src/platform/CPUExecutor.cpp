@@ -20,18 +20,27 @@ struct AsyncExecutor::Impl {
 };
 
 namespace {
-std::mutex gLiveMutex;
-std::vector<AsyncExecutor*> gLive;  // live executors; the newest one's arena runs the work
+// Live executors; the newest one's arena runs the work. Never destroyed, so that an executor still
+// held by a global at process exit (a host that never ends the library) can unregister itself.
+struct LiveExecutors {
+  std::mutex fMutex;
+  std::vector<AsyncExecutor*> fList;
+};
+LiveExecutors& Live() {
+  static LiveExecutors* live = new LiveExecutors;
+  return *live;
+}
 }  // namespace
 
 AsyncExecutor::AsyncExecutor() : fImpl(new Impl) {
-  std::lock_guard<std::mutex> lock(gLiveMutex);
-  gLive.push_back(this);
+  std::lock_guard<std::mutex> lock(Live().fMutex);
+  Live().fList.push_back(this);
 }
 
 AsyncExecutor::~AsyncExecutor() {
-  std::lock_guard<std::mutex> lock(gLiveMutex);
-  gLive.erase(std::remove(gLive.begin(), gLive.end(), this), gLive.end());
+  std::lock_guard<std::mutex> lock(Live().fMutex);
+  auto& list = Live().fList;
+  list.erase(std::remove(list.begin(), list.end(), this), list.end());
 }
 
 int AsyncExecutor::Concurrency() const { return fImpl->fArena.max_concurrency(); }
@@ -49,8 +58,8 @@ void ExecuteCPUBoundTaskOnAllProcessors(const boost::function<void(int)>& task, 
   };
   tbb::task_arena* arena = nullptr;
   {
-    std::lock_guard<std::mutex> lock(gLiveMutex);
-    if (!gLive.empty()) arena = &gLive.back()->fImpl->fArena;
+    std::lock_guard<std::mutex> lock(Live().fMutex);
+    if (!Live().fList.empty()) arena = &Live().fList.back()->fImpl->fArena;
   }
   if (arena)
     arena->execute(body);
