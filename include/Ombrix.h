@@ -302,6 +302,42 @@ OX_EXPORT OX_Result OX_MergeDV(const void* firstFrame, const void* secondFrame, 
 OX_EXPORT OX_Result OX_MergeDVCPRO(const void* firstFrame, const void* secondFrame, void* outFrame,
                                    OX_PixelFormat format, int32_t quality);
 
+/* ======================================================================================
+ * Geometry: whole-image moves (transpose, rotate, flip) and the warped quad
+ * ====================================================================================== */
+
+/* (end of section) */
+
+/* ======================================================================================
+ * Motion: scaling, rotation and placement with resampling
+ * ====================================================================================== */
+
+/* (end of section) */
+
+/* ======================================================================================
+ * Compositing: the composite driver and the blend modes
+ * ====================================================================================== */
+
+/* (end of section) */
+
+/* ======================================================================================
+ * Transitions, alpha operations, matte, fills and accumulate
+ * ====================================================================================== */
+
+/* (end of section) */
+
+/* ======================================================================================
+ * Filters: Gaussian blur, box blur, deinterlace
+ * ====================================================================================== */
+
+/* (end of section) */
+
+/* ======================================================================================
+ * Planar 4:2:0 utilities and scale-convert
+ * ====================================================================================== */
+
+/* (end of section) */
+
 #ifdef __cplusplus
 /* ======================================================================================
  * C++ only: slice threading, for hosts that want to run their own slices on the pool.
@@ -319,6 +355,14 @@ class OX_API Task {
 OX_API void RunTask(Task& task);
 }  // namespace Threading
 }  // namespace OX
+
+/* C++ only: planar decompression and utilities. */
+
+/* (end of section) */
+
+/* C++ only: filters and motion. */
+
+/* (end of section) */
 #endif
 
 #endif /* OMBRIX_H */

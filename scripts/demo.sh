@@ -3,5 +3,5 @@
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 "$root/scripts/install-deps.sh"
-"$root/scripts/build.sh" build -DOMBRIX_TESTS=OFF -DOMBRIX_BENCH=OFF
+"$root/scripts/build.sh" build -DOMBRIX_TESTS=OFF -DOMBRIX_BENCH=OFF -DOMBRIX_TOOLS=ON
 "$root/build/tools/ombrix" demo -o "${1:-$root/ombrix-demo}"

@@ -5,6 +5,7 @@ packages=(build-essential cmake pkg-config git
   libtbb-dev libboost-dev libpng-dev libcli11-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   libavcodec-dev libavutil-dev libswscale-dev libyuv-dev libdv4-dev ffmpeg
+  libpixman-1-dev libopencv-imgproc-dev
   clang libclang-rt-14-dev)
 missing=()
 for p in "${packages[@]}"; do
