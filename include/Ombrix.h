@@ -306,6 +306,31 @@ OX_EXPORT OX_Result OX_MergeDVCPRO(const void* firstFrame, const void* secondFra
  * Geometry: whole-image moves (transpose, rotate, flip) and the warped quad
  * ====================================================================================== */
 
+/* Transposes: item (x, y) of the source becomes item (y, x) of the destination, which receives
+ * `height` items in each of `width` rows. `pixelBytes` is the item size: 1, 2, 4, 8 or 16, else -3.
+ * Row bytes are signed byte distances (negative walks upward) and need not be multiples of the
+ * item size. Returns -3, then -5/-6 for a negative width/height, 0 for an empty image, then
+ * -11/-12 for a null pointer. The caller guarantees the buffers do not overlap. */
+OX_EXPORT OX_Result OX_Transpose(const void* source, int32_t sourceRowBytes, void* destination,
+                                 int32_t destinationRowBytes, int32_t width, int32_t height, uint8_t pixelBytes);
+/* Turns a four-channel 8-bit image (no 4:2:2, some alpha mode, 8 bits; else -3, tested before the
+ * angle) by `degrees`: 90/-270, 180/-180 or 270/-90, else -1000. `width` and `height` are the
+ * source's; a quarter turn writes `height` pixels in each of `width` rows. Coordinates are of rows
+ * as they lie in memory: destination (x, y) is source (y, h-1-x) at 90, (w-1-x, h-1-y) at 180 and
+ * (w-1-y, x) at 270. On a bottom-up buffer (BGRA) 90 therefore turns the picture counter-clockwise
+ * on screen, on a top-down one clockwise. A quarter turn uses the row bytes with their low two bits
+ * dropped (sign kept). Zero or negative sizes move nothing and return 0; null pointers give -11/-12.
+ * The caller guarantees source and destination do not overlap. */
+OX_EXPORT OX_Result OX_RotateImage(const void* source, int32_t sourceRowBytes, void* destination,
+                                   int32_t destinationRowBytes, int32_t width, int32_t height,
+                                   OX_PixelFormat format, int32_t degrees);
+/* Reverses the order of `height` rows in place. Each row moves its tight size for `width` pixels
+ * of `format` (no padding), so tight caller buffers are never overrun; row bytes may be negative.
+ * Container formats, formats without a byte size and heights below 2 move nothing. Returns 0, or
+ * -12 for a null buffer with rows to move, -16 when a row's scratch cannot be allocated. */
+OX_EXPORT OX_Result OX_FlipInPlace(void* buffer, int32_t rowBytes, int32_t width, int32_t height,
+                                   OX_PixelFormat format);
+
 /* (end of section) */
 
 /* ======================================================================================
