@@ -330,6 +330,34 @@ OX_EXPORT OX_Result OX_RotateImage(const void* source, int32_t sourceRowBytes, v
  * -12 for a null buffer with rows to move, -16 when a row's scratch cannot be allocated. */
 OX_EXPORT OX_Result OX_FlipInPlace(void* buffer, int32_t rowBytes, int32_t width, int32_t height,
                                    OX_PixelFormat format);
+/* Draws the quad `sourceQuad` of the source into the quad `destinationQuad` of the destination
+ * (each eight doubles x0, y0 .. x3, y3, in pixels, y down from row 0 of the buffer, pixel centres
+ * at n + 0.5), with source position and alpha interpolated linearly along edges and spans.
+ * `format` is BGRA_4444_8u (4) or VUYA_4444_8u (2053); other codes draw only where no mixing is
+ * needed. Rectangles are left, top, right, bottom with right and bottom exclusive, in pixels of
+ * their buffers; the caller guarantees each lies inside its buffer. Row bytes are signed (a
+ * negative value walks upward) and are used in whole pixels (divided by 4 toward zero).
+ * `quality` 3 and above samples bilinearly, below takes the nearest pixel (the one whose centre is
+ * nearest, so an identity quad copies). `opacity` is 0..255 (larger values count as 255).
+ * `compositeOver` blends over the destination (straight alpha, integer arithmetic, truncating
+ * division); otherwise the source colour replaces the pixel, with alpha scaled by `opacity`, or the
+ * source alpha when `multiplyAlpha`, else 255 (nearest) or the interpolated vertex alpha
+ * (bilinear). `directBlend` mixes by vertex alpha only (bilinear) or copies pixels (nearest).
+ * `fieldMode` 1 draws even rows only, 2 odd rows only, other non-zero values nothing; unless
+ * `sourceIsFrame`, the bilinear fetch then reads the source's lines of that field. `feather` > 0
+ * shrinks the quad by that many pixels along each corner's bisector and, at quality 3 and above,
+ * fades from alpha 0 at the given edges to full at the shrunken ones; zero, negative or NaN feather
+ * means none. Pixels are drawn when their centre lies on or after a left/top edge and before a
+ * right/bottom one, so adjoining polygons never draw a pixel twice. The first two arguments are
+ * ignored. Returns -12 (null destination), -11 (null source), -999 (zero row bytes), -2 (a null
+ * rectangle or quad, or an empty source rectangle), else 0. */
+OX_EXPORT OX_Result OX_WarpAffineQuad(int32_t reserved1, int32_t reserved2, const void* source,
+                                      int32_t sourceRowBytes, const int32_t* sourceRect, const double* sourceQuad,
+                                      void* destination, int32_t destinationRowBytes,
+                                      const int32_t* destinationRect, const double* destinationQuad,
+                                      int32_t quality, uint32_t opacity, bool compositeOver, bool multiplyAlpha,
+                                      OX_PixelFormat format, int32_t fieldMode, bool sourceIsFrame,
+                                      bool directBlend, float feather);
 
 /* (end of section) */
 
