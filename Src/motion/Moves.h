@@ -25,7 +25,17 @@ namespace avx2 {
 TransposeKernel TransposeKernelFor(uint32_t itemBytes);  // 4, 8; else null
 }
 
+// The half turn of 4-byte pixels: row y reversed into row height - 1 - y.
+using HalfTurnKernel = void (*)(const uint8_t* source, ptrdiff_t sourceRowBytes, uint8_t* destination,
+                                ptrdiff_t destinationRowBytes, int32_t width, int32_t height);
+namespace portable {
+void HalfTurn(const uint8_t* source, ptrdiff_t srb, uint8_t* destination, ptrdiff_t drb, int32_t width, int32_t height);
+}
+namespace sse2 {
+void HalfTurn(const uint8_t* source, ptrdiff_t srb, uint8_t* destination, ptrdiff_t drb, int32_t width, int32_t height);
+}
 // The form the current processor flags select for `itemBytes` (null for an unknown size).
 TransposeKernel ChooseTransposeKernel(uint32_t itemBytes);
+HalfTurnKernel ChooseHalfTurnKernel();
 
 }  // namespace OX

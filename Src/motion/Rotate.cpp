@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "Ombrix.h"
+#include "frame/Globals.h"
 #include "frame/PixelFormat.h"
 #include "frame/Scratch.h"
 #include "motion/Moves.h"
@@ -21,6 +22,9 @@ ptrdiff_t PixelStride(int32_t rowBytes) {
   return rowBytes < 0 ? -ptrdiff_t(magnitude) : ptrdiff_t(magnitude);
 }
 
+}  // namespace
+
+namespace portable {
 void HalfTurn(const uint8_t* source, ptrdiff_t srb, uint8_t* destination, ptrdiff_t drb, int32_t width,
               int32_t height) {
   for (int32_t y = 0; y < height; ++y) {
@@ -37,8 +41,10 @@ void HalfTurn(const uint8_t* source, ptrdiff_t srb, uint8_t* destination, ptrdif
     if (x < width) std::memcpy(d + ptrdiff_t(x) * 4, s, 4);
   }
 }
+}  // namespace portable
 
-}  // namespace
+HalfTurnKernel ChooseHalfTurnKernel() { return gHasSSE2 ? sse2::HalfTurn : portable::HalfTurn; }
+
 }  // namespace OX
 
 OX_Result OX_RotateImage(const void* source, int32_t sourceRowBytes, void* destination, int32_t destinationRowBytes,
@@ -58,7 +64,7 @@ OX_Result OX_RotateImage(const void* source, int32_t sourceRowBytes, void* desti
   const auto* s = static_cast<const uint8_t*>(source);
   auto* d = static_cast<uint8_t*>(destination);
   if (turn == kHalf) {
-    OX::HalfTurn(s, sourceRowBytes, d, destinationRowBytes, width, height);
+    OX::ChooseHalfTurnKernel()(s, sourceRowBytes, d, destinationRowBytes, width, height);
     return OX_Success;
   }
   const ptrdiff_t srb = OX::PixelStride(sourceRowBytes), drb = OX::PixelStride(destinationRowBytes);

@@ -16,7 +16,6 @@ namespace OX {
 namespace {
 
 inline int32_t ClampByte(int32_t v) { return v < 0 ? 0 : v > 255 ? 255 : v; }
-inline int32_t RoundToInt(float v) { return int32_t(std::lrintf(v)); }
 
 inline int32_t NearestIndex(float p, int32_t lo, int32_t hi) {
   // Pixel centres lie at n + 0.5, so the nearest pixel of position p is round(p - 0.5).

@@ -1,6 +1,8 @@
 // The warped quad: vertices, the span context every span routine reads, and the span routines.
 #pragma once
 
+#include <xmmintrin.h>
+
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -55,27 +57,35 @@ WarpSpanRoutine ChooseWarpSpanRoutine(bool useBilinear, bool directBlend);
 // multiplyAlpha applies. Shared by every blend form so that they agree byte for byte.
 void WarpBlendPixel(const WarpSpanContext& c, uint8_t* d, const uint8_t s[3], int32_t sa, int32_t plainAlpha);
 
+// The processor's float-to-integer conversion under the thread's rounding mode (to nearest, ties
+// to even, as a rule): the one rounding every form of the warp uses. Out-of-range values give
+// INT32_MIN, which every caller clamps.
+inline int32_t RoundToInt(float v) { return _mm_cvtss_si32(_mm_set_ss(v)); }
+// Clamps to [lo, hi]; a NaN becomes lo, so a fetch never leaves the rectangle.
+inline float ClampFloat(float v, float lo, float hi) {
+  v = v >= lo ? v : lo;
+  return v <= hi ? v : hi;
+}
+
 // The bilinear fetch: four channels in float, before rounding.
 struct WarpFetch {
   const uint8_t *fP00, *fP01, *fP10, *fP11;  // [column][line]: p01 is the next line
   float fFa, fFb;
 };
 inline WarpFetch WarpBilinearFetch(const WarpSpanContext& c, float sx, float sy) {
-  float a = sx - 0.5f;
-  a = std::fmin(std::fmax(a, float(c.fSourceLeft)), float(c.fSourceRight));
-  float b = sy - 0.5f;
-  b = std::fmin(std::fmax(b, float(c.fSourceTop)), float(c.fSourceBottom));
-  const int32_t ia = int32_t(std::lrintf(a));
+  const float a = ClampFloat(sx - 0.5f, float(c.fSourceLeft), float(c.fSourceRight));
+  const float b = ClampFloat(sy - 0.5f, float(c.fSourceTop), float(c.fSourceBottom));
+  const int32_t ia = RoundToInt(a);
   const float fa = a - float(ia);
   int32_t ib, nextLine;
   float fb;
   if (c.fFieldMode == 0 || c.fSourceIsFrame) {
-    ib = int32_t(std::lrintf(b));
+    ib = RoundToInt(b);
     fb = b - float(ib);
     nextLine = ib < c.fSourceBottom ? ib + 1 : ib;
   } else {
     const float h = c.fFieldMode == 1 ? b * 0.5f : b * 0.5f + 0.5f;
-    const int32_t r = int32_t(std::lrintf(h));
+    const int32_t r = RoundToInt(h);
     fb = h - float(r);
     ib = c.fFieldMode == 1 ? 2 * r : 2 * r - 1;
     nextLine = ib + 2 <= c.fSourceBottom ? ib + 2 : ib;

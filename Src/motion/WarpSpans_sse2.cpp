@@ -28,7 +28,7 @@ inline __m128i Interpolate(const WarpFetch& f) {
 }
 
 inline void Blend(const WarpSpanContext& c, uint8_t* d, const uint8_t p[4], float alpha) {
-  const int32_t rounded = _mm_cvtss_si32(_mm_set_ss(alpha));
+  const int32_t rounded = RoundToInt(alpha);
   const int32_t va = rounded & 255;
   const int32_t plain = rounded < 0 ? 0 : rounded > 255 ? 255 : rounded;
   WarpBlendPixel(c, d, p, Mul255(va, p[3]), plain);
