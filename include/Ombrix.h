@@ -371,6 +371,45 @@ OX_EXPORT OX_Result OX_WarpAffineQuad(int32_t reserved1, int32_t reserved2, cons
  * Compositing: the composite driver and the blend modes
  * ====================================================================================== */
 
+/* Lays `source` over `background` with `opacity` (0 to 1; above 1 acts as 1) and writes the result
+ * to `destination`. The three buffers share `width` x `height` and may each have their own raw
+ * format; the destination may be the background itself. Rows are paired by picture: a buffer
+ * whose origin differs from the destination's is walked from its last row.
+ * Work: the rows are converted (only where needed) to a working format derived from the
+ * destination (32-bit float for deep formats, 8-bit otherwise; premultiplied unless the
+ * destination has straight alpha; premultiplied 4:4:4 YUV for a 4:2:2 destination, whose alpha is
+ * then dropped), composited by a kernel chosen by alpha use, and converted back. With `keepLinear`
+ * false the rows are brought out of linear light first. `quality` is passed to the converters.
+ * Shortcuts: opacity below 8e-6 converts the background (the source is never read); opacity
+ * within 8e-6 of 1 with an opaque source (no alpha or alpha ignored) converts the source.
+ * Above 64 rows the work runs as four slices on the processor pool.
+ * Results: -3 a container source or background, -4 a container destination (both before any
+ * shortcut), -5 negative width, 0 for zero width or height <= 0, -11 null source or background,
+ * -12 null destination, a shortcut's OX_Convert result, -999 when a needed conversion has no route
+ * (nothing written), -16 no memory for wide scratch rows, else 0.
+ * The 8-bit vector kernels multiply by 0.003921569 for 1/255 and use the approximate reciprocal,
+ * so SSE2, AVX and AVX2 results may differ from the portable ones by one level. */
+OX_EXPORT OX_Result OX_Composite(const void* source, int32_t sourceRowBytes, OX_PixelFormat sourceFormat,
+                                 const void* background, int32_t backgroundRowBytes, OX_PixelFormat backgroundFormat,
+                                 void* destination, int32_t destinationRowBytes, OX_PixelFormat destinationFormat,
+                                 int32_t width, int32_t height, float opacity, int32_t quality, bool keepLinear);
+/* The same with one of the 27 blend modes. Mode 18 (Normal) is OX_Composite itself, shortcuts and
+ * the clamped opacity included. Every other mode works in BGRA_4444_32f (straight alpha, linear
+ * light kept as the formats say; `keepLinear` is not used) with `opacity` unclamped, and takes no
+ * shortcut. Dissolve (6) seeds the C library generator with 1 on the calling thread when `height`
+ * is above 1; rows on pool threads draw from their own generators, so its pattern differs by
+ * thread. Darker and Lighter Colour weigh luma by Rec. 601 on rows under 721 pixels and Rec. 709
+ * from 721 on. A mode outside 0 to 26 returns -1000; other results as OX_Composite. */
+OX_EXPORT OX_Result OX_CompositeWithBlendMode(const void* source, int32_t sourceRowBytes, OX_PixelFormat sourceFormat,
+                                              const void* background, int32_t backgroundRowBytes,
+                                              OX_PixelFormat backgroundFormat, void* destination,
+                                              int32_t destinationRowBytes, OX_PixelFormat destinationFormat,
+                                              int32_t width, int32_t height, float opacity, OX_BlendMode blendMode,
+                                              int32_t quality, bool keepLinear);
+/* True when a composite in `blendMode` at `opacity` would show the source alone: modes 18 and 6
+ * within 8e-6 of opacity 1. Other modes: false. */
+OX_EXPORT bool OX_IsOpacityNOP(OX_BlendMode blendMode, float opacity);
+
 /* (end of section) */
 
 /* ======================================================================================
