@@ -24,26 +24,12 @@ namespace {
 
 constexpr int kW = 1920, kH = 1080;
 
-struct Frame {
-  std::vector<uint8_t> fStorage;
-  uint8_t* fData;
-  Frame(size_t bytes, bool floats) : fStorage(bytes + 64) {
-    fData = fStorage.data() + (64 - reinterpret_cast<uintptr_t>(fStorage.data()) % 64) % 64;
-    uint32_t s = 0x2545F491u;
-    for (size_t i = 0; i < bytes; i += 4) {
-      s ^= s << 13, s ^= s >> 17, s ^= s << 5;
-      if (floats) {
-        const float f = float(s % 1000) / 1000.0f;
-        std::memcpy(fData + i, &f, 4);
-      } else {
-        std::memcpy(fData + i, &s, 4);
-      }
-    }
-    if (!floats) {
-      // Premultiplied-valid bytes: colour at most alpha, as pixman and libyuv expect.
-      for (size_t i = 0; i + 4 <= bytes; i += 4)
-        for (int c = 0; c < 3; ++c) fData[i + c] = uint8_t(fData[i + c] * fData[i + 3] / 255);
-    }
+// Premultiplied-valid bytes (colour at most alpha), as pixman and libyuv expect.
+struct Frame : BenchFrame {
+  Frame(size_t bytes, bool floats) : BenchFrame(bytes, floats) {
+    if (floats) return;
+    for (size_t i = 0; i + 4 <= bytes; i += 4)
+      for (int c = 0; c < 3; ++c) fData[i + c] = uint8_t(fData[i + c] * fData[i + 3] / 255);
   }
 };
 

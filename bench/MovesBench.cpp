@@ -27,18 +27,7 @@ namespace {
 
 constexpr int kW = 1920, kH = 1080;
 
-struct Frame {
-  std::vector<uint8_t> fStorage;
-  uint8_t* fData;
-  Frame(size_t bytes) : fStorage(bytes + 64) {
-    fData = fStorage.data() + (64 - reinterpret_cast<uintptr_t>(fStorage.data()) % 64) % 64;
-    uint32_t s = 0x9E3779B9u;
-    for (size_t i = 0; i < bytes; ++i) {
-      s = s * 1664525u + 1013904223u;
-      fData[i] = uint8_t(s >> 24);
-    }
-  }
-};
+using Frame = BenchFrame;
 
 using Work = std::function<bool()>;
 

@@ -2,7 +2,8 @@
 // vector forms) and, where OX_COMPOSITE_VECTOR is defined, the vector body over a lane type V.
 // Included inside one instruction set's namespace, so each level compiles its own copy.
 //
-// Needs, before inclusion: <cstdint>, <cstring>, <xmmintrin.h>, "composite/CompositeCommon.h".
+// Needs, before inclusion: <array>, <cstdint>, <cstring>, <utility>, <xmmintrin.h>,
+// "composite/CompositeCommon.h" and "composite/CompositeKernels.h". Defines Composite8uKernel.
 
 namespace {
 
@@ -161,3 +162,20 @@ void PortableRow(const void* source, const void* background, void* output, int32
 }
 
 }  // namespace
+
+// The table of the sixteen kernels at this level.
+namespace {
+template <size_t... I>
+constexpr std::array<CompositeKernel, sizeof...(I)> KernelTable(std::index_sequence<I...>) {
+#if defined(OX_COMPOSITE_VECTOR)
+  return {VectorRow<int(I)>...};
+#else
+  return {PortableRow<int(I)>...};
+#endif
+}
+constexpr auto kKernelTable = KernelTable(std::make_index_sequence<kComposite8uKernels>());
+}  // namespace
+
+CompositeKernel Composite8uKernel(int index) {
+  return index >= 0 && index < kComposite8uKernels ? kKernelTable[size_t(index)] : nullptr;
+}

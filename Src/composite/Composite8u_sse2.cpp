@@ -55,17 +55,5 @@ struct V {
 #define OX_COMPOSITE_VECTOR
 #include "composite/Composite8u.inl"
 
-namespace {
-template <size_t... I>
-constexpr std::array<CompositeKernel, sizeof...(I)> Table(std::index_sequence<I...>) {
-  return {VectorRow<int(I)>...};
-}
-constexpr auto kTable = Table(std::make_index_sequence<kComposite8uKernels>());
-}  // namespace
-
-CompositeKernel Composite8uKernel(int index) {
-  return index >= 0 && index < kComposite8uKernels ? kTable[size_t(index)] : nullptr;
-}
-
 }  // namespace sse2
 }  // namespace OX

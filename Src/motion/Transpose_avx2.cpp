@@ -13,15 +13,7 @@ namespace {
 inline __m256i Load(const uint8_t* p) { return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p)); }
 inline void Store(uint8_t* p, __m256i v) { _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), v); }
 
-template <uint32_t kItem>
-void Plain(const uint8_t* source, ptrdiff_t srb, uint8_t* destination, ptrdiff_t drb, int32_t x0, int32_t x1,
-           int32_t y0, int32_t y1) {
-  for (int32_t x = x0; x < x1; ++x) {
-    uint8_t* d = destination + x * drb + ptrdiff_t(y0) * kItem;
-    const uint8_t* s = source + y0 * srb + ptrdiff_t(x) * kItem;
-    for (int32_t y = y0; y < y1; ++y, s += srb, d += kItem) std::memcpy(d, s, kItem);
-  }
-}
+#include "motion/TransposePlain.inl"
 
 void Block8x8(const uint8_t* s, ptrdiff_t srb, uint8_t* d, ptrdiff_t drb) {
   __m256i r[8];
