@@ -416,6 +416,36 @@ OX_EXPORT bool OX_IsOpacityNOP(OX_BlendMode blendMode, float opacity);
  * Transitions, alpha operations, matte, fills and accumulate
  * ====================================================================================== */
 
+/* Fills `width` x `height` pixels with black or white, transparent or opaque. Values by family:
+ * 8-bit RGB 0/255, 8-bit YUV studio range (Y 16 or 235, U and V 128), 15-bit 0/32768 (15-bit YUV
+ * takes the RGB values), float RGB 0/1, float YUV Y 0/1 with U and V 0; transparent white on a
+ * premultiplied format is transparent black. 4:2:2 rows get (width + 1) / 2 pairs; V210 rows
+ * (width + 5) / 6 groups; planar 4:2:0 (the OX_GetPlanarBuffers layout) gets studio-range luma
+ * 16 or 235 over width x height and chroma 128 over (width + 1) / 2 x (height + 1) / 2 (capped
+ * at the chroma row bytes), whatever the range bit says. Negative row bytes fill upward.
+ * The transparent fills return -4 for a format without alpha (alpha modes 0 and 12, every 4:2:2
+ * format). OX_FillWithOpaqueBlack copies a stored black frame of 120000 bytes for NTSCDV25 or
+ * 144000 for PALDV25 (row bytes and sizes ignored) and writes nothing for the DV50 and DV100 codes,
+ * returning 0. Other containers -3; zero or negative sizes 0 with nothing written; -12 for a null
+ * destination with pixels to fill; -1000 for a depth without values. The caller guarantees the
+ * buffer holds the rows. */
+OX_EXPORT OX_Result OX_FillWithOpaqueBlack(void* destination, int32_t rowBytes, int32_t width, int32_t height,
+                                           OX_PixelFormat format);
+OX_EXPORT OX_Result OX_FillWithTransparentBlack(void* destination, int32_t rowBytes, int32_t width, int32_t height,
+                                                OX_PixelFormat format);
+OX_EXPORT OX_Result OX_FillWithOpaqueWhite(void* destination, int32_t rowBytes, int32_t width, int32_t height,
+                                           OX_PixelFormat format);
+OX_EXPORT OX_Result OX_FillWithTransparentWhite(void* destination, int32_t rowBytes, int32_t width, int32_t height,
+                                                OX_PixelFormat format);
+/* Fills with the one pixel at `color`, of raw format `colorFormat`, converted (quality 4) to
+ * `format`: 4:4:4 formats with alpha at 8u, 15u or 32f; 8-bit 4:2:2; planar 4:2:0 (luma, U and V
+ * from the pixel in 8-bit YUV of the format's matrix); V210, packed by hand from the pixel in 8-bit
+ * YUV, where row 0 gets (width + 5) / 6 groups and later rows only the width / 6 whole groups, and
+ * which returns -4 after filling (hosts rely on this). Other formats -4; a container `colorFormat`
+ * -3; null `color` -11; a failed pixel conversion returns its code. */
+OX_EXPORT OX_Result OX_FillWithColor(void* destination, int32_t rowBytes, int32_t width, int32_t height,
+                                     OX_PixelFormat format, const void* color, OX_PixelFormat colorFormat);
+
 /* (end of section) */
 
 /* ======================================================================================
