@@ -329,3 +329,33 @@ TEST(WarpAffineQuad, CodesInOrderAndThreadsAgree) {
 }
 
 }  // namespace
+
+namespace {
+
+// Hostile quads on buffers of exactly their size: nothing is read or written outside them (the
+// sanitizer build checks), whatever the corners, feather and flags.
+TEST(WarpAffineQuad, HostileQuadsStayInsideTheBuffers) {
+  std::mt19937 rng(16);
+  const int sw = 7, sh = 5, dw = 11, dh = 9;
+  const float specials[] = {0.0f, -1e30f, 1e30f, NAN, INFINITY, -INFINITY, 3.5f, -0.5f, 1e-30f};
+  for (int round = 0; round < 400; ++round) {
+    std::vector<uint8_t> src(size_t(sw) * sh * 4, 0x40), dst(size_t(dw) * dh * 4, 0x80);
+    double sq[8], dq[8];
+    for (int i = 0; i < 8; ++i) {
+      const bool special = rng() % 5 == 0;
+      sq[i] = special ? specials[rng() % 9] : std::uniform_real_distribution<double>(-20, 30)(rng);
+      dq[i] = rng() % 5 == 0 ? specials[rng() % 9] : std::uniform_real_distribution<double>(-20, 30)(rng);
+    }
+    const int32_t sourceRect[4] = {0, 0, sw, sh}, destRect[4] = {0, 0, dw, dh};
+    const float feather = rng() % 3 ? std::uniform_real_distribution<float>(-2, 40)(rng) : specials[rng() % 9];
+    const bool upward = rng() % 2;
+    const OX_Result r = OX_WarpAffineQuad(
+        0, 0, upward ? src.data() + size_t(sw) * 4 * (sh - 1) : src.data(), upward ? -sw * 4 : sw * 4, sourceRect, sq,
+        dst.data(), dw * 4, destRect, dq, int(rng() % 6), rng() % 300, rng() % 2, rng() % 2,
+        rng() % 2 ? OX_PixelFormat_BGRA_4444_8u : OX_PixelFormat_VUYA_4444_8u, int(rng() % 4), rng() % 2, rng() % 2,
+        feather);
+    ASSERT_EQ(r, OX_Success) << round;
+  }
+}
+
+}  // namespace
