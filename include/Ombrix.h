@@ -445,6 +445,39 @@ OX_EXPORT OX_Result OX_FillWithTransparentWhite(void* destination, int32_t rowBy
  * -3; null `color` -11; a failed pixel conversion returns its code. */
 OX_EXPORT OX_Result OX_FillWithColor(void* destination, int32_t rowBytes, int32_t width, int32_t height,
                                      OX_PixelFormat format, const void* color, OX_PixelFormat colorFormat);
+/* Writes into each destination pixel's alpha sample the complement of the source's: 8-bit ~a,
+ * 15-bit 32768 - a (16-bit arithmetic), float 1 - a. Only the alpha sample is written (sample 3, or
+ * 0 for alpha-first formats); the colour samples keep what they held, so pass a destination that
+ * holds the colour already or equals the source. Four-channel 4:4:4 formats with alpha at 8u, 15u
+ * or 32f, else -3. Sizes below 1 return 0; null pointers -11/-12. */
+OX_EXPORT OX_Result OX_InvertAlpha(const void* source, int32_t sourceRowBytes, void* destination,
+                                   int32_t destinationRowBytes, OX_PixelFormat format, int32_t width, int32_t height);
+/* Copies the pixels and sets every alpha to `alpha` (0 to 1): 8-bit clamp(rint(255 alpha)),
+ * 15-bit clamp(rint(32768 alpha)), float the value itself. Four-channel 4:4:4 formats with alpha
+ * at 8u, 15u or 32f (alpha-first only at 8u), else -1000. Row bytes are taken in whole 32-bit
+ * words (a remainder is dropped). Sizes below 1 return 0; null pointers -11/-12. */
+OX_EXPORT OX_Result OX_CopyAndSetAlpha(const void* source, int32_t sourceRowBytes, void* destination,
+                                       int32_t destinationRowBytes, OX_PixelFormat format, int32_t width,
+                                       int32_t height, float alpha);
+/* Sets the alpha of every pixel in place to full (`opaque`) or 0. Formats: BGRA_4444_8u,
+ * VUYA_4444_8u, BGRA_4444_15u, BGRA_4444_32f(_Linear), VUYA_4444_32f, ARGB_4444_32f(_Linear); others
+ * -1000. Zero sizes return 0 with nothing written; -12 for a null buffer; sizes above 2^31 - 1
+ * give -5/-6. */
+OX_EXPORT OX_Result OX_SetAlphaChannel(uint32_t width, uint32_t height, void* buffer, int32_t rowBytes,
+                                       OX_PixelFormat format, bool opaque);
+/* Takes each pixel whole from image A where its mask bit is set, from image B where it is clear.
+ * The mask is read most significant bit first from bit `maskBitOffset` & 7 of each row's first
+ * byte; mask rows are `maskRowBytes` apart and pair with destination rows in memory order. A and B
+ * of another format are converted (quality `quality`) a row at a time; they pair with the
+ * destination by picture (a buffer of the other origin is walked from its last row). Destinations
+ * of 4, 8 or 16 bytes a pixel, not 4:2:2, else -4; container images -3; sizes below 1 return 0;
+ * null images or mask -11, null destination -12; a failed row conversion returns its code. */
+OX_EXPORT OX_Result OX_OneBitMaskComposite(const void* imageA, int32_t imageARowBytes, OX_PixelFormat imageAFormat,
+                                           const void* imageB, int32_t imageBRowBytes, OX_PixelFormat imageBFormat,
+                                           const void* mask, int32_t maskRowBytes, int32_t maskBitOffset,
+                                           void* destination, int32_t destinationRowBytes,
+                                           OX_PixelFormat destinationFormat, int32_t width, int32_t height,
+                                           int32_t quality);
 
 /* (end of section) */
 
