@@ -416,6 +416,21 @@ OX_EXPORT bool OX_IsOpacityNOP(OX_BlendMode blendMode, float opacity);
  * Transitions, alpha operations, matte, fills and accumulate
  * ====================================================================================== */
 
+/* Mixes image A (amount 0) into image B (amount 1) into the destination; each buffer has its own
+ * raw format, and bottom-up buffers are walked from their last row, so pictures pair by picture.
+ * Amount below 8e-6 converts A (B is not read), within 8e-6 of 1 converts B (A is not read).
+ * Otherwise the rows work at the destination's depth when all three depths agree (or when they
+ * differ and `quality` is 2), else in float, in a straight, premultiplied or opaque form settled
+ * by the images' alpha: a transparent pixel takes the other's colour as it is, equal alphas stay,
+ * other alphas mix by their weighted sums. Three V210 buffers of one format mix sample by sample
+ * (spare bits zero) at SSE2 and above. Forms that no raw format has (10-bit, 15-bit YUV) work in
+ * float. Results: -3/-4 containers, -5 negative width, 0 for an empty picture, -11/-12 null
+ * buffers past the two ends, -999 when a needed conversion has no route, a shortcut's result. */
+OX_EXPORT OX_Result OX_CrossDissolve(const void* imageA, int32_t imageARowBytes, OX_PixelFormat imageAFormat,
+                                     const void* imageB, int32_t imageBRowBytes, OX_PixelFormat imageBFormat,
+                                     void* destination, int32_t destinationRowBytes, OX_PixelFormat destinationFormat,
+                                     int32_t width, int32_t height, float amount, int32_t quality);
+
 /* Fills `width` x `height` pixels with black or white, transparent or opaque. Values by family:
  * 8-bit RGB 0/255, 8-bit YUV studio range (Y 16 or 235, U and V 128), 15-bit 0/32768 (15-bit YUV
  * takes the RGB values), float RGB 0/1, float YUV Y 0/1 with U and V 0; transparent white on a
