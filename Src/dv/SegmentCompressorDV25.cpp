@@ -1,7 +1,7 @@
 // DV25 encode: the checks and flags of the library side, then the encoder behind the handle.
 #include "dv/SegmentCompressor.h"
 #include "frame/Globals.h"
-#include "platform/dvenc.h"
+#include "dv/dvenc.h"
 
 namespace OX {
 

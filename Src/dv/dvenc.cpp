@@ -2,7 +2,7 @@
 // every segment with the segment compressor and writes the DIF frame. The state made at start is
 // only a marker; each encode keeps its work on its own stack and scratch, so one handle serves any
 // number of threads at once.
-#include "platform/dvenc.h"
+#include "dv/dvenc.h"
 
 #include <algorithm>
 #include <cstring>

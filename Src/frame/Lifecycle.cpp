@@ -5,7 +5,7 @@
 #include "frame/Lifecycle.h"
 #include "frame/Startup.h"
 #include "platform/CacheQuery.h"
-#include "platform/dvenc.h"
+#include "dv/dvenc.h"
 #include "platform/zelcore.h"
 
 namespace OX {
